@@ -1,0 +1,18 @@
+#ifndef QV_IO_QV_LINE_SOURCE_HH
+#define QV_IO_QV_LINE_SOURCE_HH
+
+#include <qv/io/qv_line_source.h>
+#include <qv/io/qv_stream_author.h>
+#include <qv/runtime/qv_obj.hh>
+
+// Invariant: readFunc is not null; error implies end; neither goes back to false.
+struct qv___LineSource : qv___Obj
+{
+    qv___LineSourceReadFunc readFunc;
+    qvObj closure; // may be null
+    QV_BOOL end;
+    QV_BOOL error;
+    QV_INT linesRead;
+};
+
+#endif
