@@ -1,0 +1,109 @@
+#ifndef QV_BASE_QV_BUFFER_HH
+#define QV_BASE_QV_BUFFER_HH
+
+#include <qv/base/qv_buffer.h>
+#include <qv/runtime/qv_obj.hh>
+
+#include <bit>
+#include <cstring>
+
+#define BIT_AT_BOUND( x ) ( ( (x)&7 ) == 0 )
+#define BYTES_TO_BITS_OK( x ) ( ( x ) <= 0x1FFFFFFFFFFFFFFF )
+
+// The content starts at bit bitFspace of the storage, which is bitFspace + bitLength + bitBspace bits large.
+//
+// Invariant: bitFspace is a multiple of 8; the sum of the three is one too and fits a QV_INT; without bytes
+// all three are 0. With ref set, bytes belong to that object and are never written or freed here.
+struct qv___Buffer : qv___Obj
+{
+    QV___INT_UNSIGNED bitLength;
+    QV___INT_UNSIGNED bitFspace;
+    QV___INT_UNSIGNED bitBspace;
+    unsigned char *bytes; // may be null
+    qvObj ref;            // owner of foreign storage, null when the buffer owns bytes
+};
+
+// The one shared empty buffer.
+extern QV_BUFFER *qv___BufferEmpty;
+
+void qv___BufferStartup();
+void qv___BufferShutdown();
+
+// Opens a gap of bitCount undefined bits at content position atBit of a private record; bitLength counts it
+// on return.
+void qv___BufferMakeRoom( QV_BUFFER **buf, QV___INT_UNSIGNED atBit, QV___INT_UNSIGNED bitCount );
+
+// Gives back spare room beyond twice the usual. The record is held once.
+void qv___BufferCompact( QV_BUFFER *buf );
+
+// Exchanges the five fields and the reported allocation sizes.
+void qv___BufferSwapContents( QV_BUFFER *bufA, QV_BUFFER *bufB );
+
+// Workers on ranges that the caller has checked. Those that write need a private record with storage of its
+// own.
+QV___INT_UNSIGNED qv___BufferBitReadBits( const QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx,
+                                          QV___INT_UNSIGNED bitCount );
+void qv___BufferBitReadBytes( const QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx, unsigned char *bytes,
+                              QV___INT_UNSIGNED byteCount );
+void qv___BufferBitWriteBits( QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx, QV___INT_UNSIGNED value,
+                              QV___INT_UNSIGNED bitCount );
+void qv___BufferBitWriteInner( QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx, const QV_BUFFER *src,
+                               QV___INT_UNSIGNED bitOffset, QV___INT_UNSIGNED bitCount );
+void qv___BufferBitWriteOuter( QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx, const QV_BUFFER *src,
+                               QV___INT_UNSIGNED bitOffset, QV___INT_UNSIGNED bitCount );
+void qv___BufferBitWriteByteRun( QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx, unsigned char value,
+                                 QV___INT_UNSIGNED byteCount );
+void qv___BufferBitWriteBytes( QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx, const unsigned char *bytes,
+                               QV___INT_UNSIGNED byteCount );
+void qv___BufferBitWriteZero( QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx, QV___INT_UNSIGNED bitCount );
+void qv___BufferBitWriteOne( QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx, QV___INT_UNSIGNED bitCount );
+void qv___BufferBitInsertInner( QV_BUFFER **buf, QV___INT_UNSIGNED bitIdx, QV_BUFFER *src,
+                                QV___INT_UNSIGNED bitOffset, QV___INT_UNSIGNED bitCount );
+void qv___BufferBitDelInner( QV_BUFFER **buf, QV___INT_UNSIGNED bitOffset, QV___INT_UNSIGNED bitCount );
+
+namespace qv
+{
+
+// What making room does with the storage. Sizes and places are bytes of the storage; the content's part
+// before the gap is the head, the part behind it the tail, a partial last byte included.
+struct BufferRoom
+{
+    bool rebuild; // the content must shift by bits: copy it into new storage; all else is unset
+    QV___INT_UNSIGNED sizeBytes; // size to allocate, 0 when the storage stays
+    QV___INT_UNSIGNED bitFspace; // afterwards
+    QV___INT_UNSIGNED bitBspace; // afterwards
+    QV___INT_UNSIGNED headFrom, headTo, headBytes;
+    QV___INT_UNSIGNED tailFrom, tailTo, tailBytes;
+};
+
+// Decides how to open a gap of bitCount bits, above 0, at content position atBit. Reads only the record's
+// numbers.
+BufferRoom bufferPlanRoom( const QV_BUFFER *buf, QV___INT_UNSIGNED atBit, QV___INT_UNSIGNED bitCount );
+
+// Bits to keep free behind a content of that many bits.
+inline QV___INT_UNSIGNED bufferBackSpare( QV___INT_UNSIGNED bitLength )
+{
+    return bitLength < 0x800000 ? 1280 : 0x100000;
+}
+
+inline QV_INT bufferLength( const QV_BUFFER *buf )
+{
+    return static_cast<QV_INT>( buf->bitLength / 8 );
+}
+
+// The first content byte; null without storage.
+inline unsigned char *bufferContent( const QV_BUFFER *buf )
+{
+    return buf->bytes ? buf->bytes + buf->bitFspace / 8 : nullptr;
+}
+
+// Makes the handle's record one that the caller may write to: held once, on storage of its own.
+inline void bufferMakeWritable( QV_BUFFER **buf )
+{
+    if ( __builtin_expect( isShared( *buf ) || ( *buf )->ref, 0 ) )
+        replaceWith( buf, qvBufferCreateFrom( *buf ) );
+}
+
+} // namespace qv
+
+#endif
