@@ -28,7 +28,7 @@ set( CMAKE_EXPORT_COMPILE_COMMANDS ON )
 
 add_library( qv_warnings INTERFACE )
 target_compile_options( qv_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wvla -Wcast-qual -Wformat=2 -Wundef )
+    -Wall -Wextra -Wpedantic -Wshadow -Wvla -Wcast-qual -Wformat=2 -Wundef -Wno-missing-field-initializers )
 
 # Flags of the whole tree: source paths are mapped, so that reports show source/qv/...
 add_compile_options( "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=" )

@@ -63,4 +63,4 @@ string( TOLOWER "${rest}" rest )
 set( QV_BUILD_VARIANT_FRIENDLY_NAME "${initial}${rest}" )
 
 # SOURCE_DATE_EPOCH decides when it is set.
-string( TIMESTAMP QV_BUILD_TIME "%Y-%m-%d %H:%M:%S" UTC )
+string( TIMESTAMP QV_BUILD_TIME "UTC %Y-%m-%d %H:%M:%S (%A)" UTC )

@@ -121,6 +121,7 @@ QV_END_DECLS
 /* Defines a sort's record and its eight standard operations, which QV_SORT_FUNCTIONS declares, for example
  * QV_SORT_DEFINE( QV_REGION, qvRegion, { .freeFunc = regionFree } ). A macro, because the names are C names and the
  * report of a violated check must carry the file, the line and the text of the place of definition. */
+
 #define QV_SORT_DEFINE( NAME, prefix, ... )                                                                            \
     QV___CONSTINIT struct qv___Sort qv___sort_##NAME = {                                                               \
         QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ), &QV_MODULE_OBJECT, #NAME, __VA_ARGS__, 0, NULL, NULL, NULL, NULL };  \

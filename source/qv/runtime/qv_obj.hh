@@ -87,6 +87,20 @@ inline void release( qvObj obj )
         qv___ObjFree( obj );
 }
 
+// Adds a reference unless the last one is already gone; false if it is.
+inline bool retainIfAlive( qvObj obj )
+{
+    uint32_t count = qv___RetainCountValue( &obj->retainCount );
+    while ( count > 0 )
+    {
+        if ( __atomic_compare_exchange_n( &obj->retainCount, &count, count + 1, 0, __ATOMIC_SEQ_CST, __ATOMIC_SEQ_CST ) )
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
 // The typed handle as an untyped one, also where the record's type is incomplete.
 template <typename T> inline qvObj objOf( T *handle )
 {

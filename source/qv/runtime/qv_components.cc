@@ -1,0 +1,88 @@
+// The components of the library, in the one fixed order in which they start.
+
+#include <qv/runtime/qv_runtime.hh>
+
+#include <qv/base/qv_stack_trace.hh>
+#include <qv/runtime/qv_obj.hh>
+#include <qv/runtime/qv_version.hh>
+#include <qv/sys/qv_mem.hh>
+#include <qv/sys/qv_timestamp.hh>
+#include <qv/sys/qv_unique.hh>
+
+namespace
+{
+
+// When a component stops: in the reverse order of the start, or, for a few that stand together, in its start order.
+enum class Stop
+{
+    inReverse,
+    inOrder,
+};
+
+struct Component
+{
+    const char *name;
+    void ( *startup )();
+    void ( *shutdown )();
+    Stop stop;
+};
+
+#define QV___COMPONENT( Name, stop ) { #Name, qv___##Name##Startup, qv___##Name##Shutdown, stop }
+
+// What the host said of itself, for the one component that takes it.
+struct Application
+{
+    const char *identifier;
+    const char *friendlyName;
+    const char *version;
+};
+constinit Application application = {};
+
+void startVersion()
+{
+    qv___RuntimeVersionStartup( application.identifier, application.friendlyName, application.version );
+}
+
+constexpr Component components[] = {
+    { "RuntimeVersion", startVersion, qv___RuntimeVersionShutdown, Stop::inReverse },
+    QV___COMPONENT( Mem, Stop::inReverse ),
+    QV___COMPONENT( Unique, Stop::inReverse ),
+    QV___COMPONENT( Timestamp, Stop::inReverse ),
+    QV___COMPONENT( Obj, Stop::inReverse ),
+    QV___COMPONENT( StackTrace, Stop::inReverse ),
+};
+
+#undef QV___COMPONENT
+
+constexpr int componentCount = static_cast<int>( QV_SIZEOF_ARRAY( components ) );
+
+} // namespace
+
+void qv___RuntimeComponentsStartup( const char *applicationIdentifier, const char *applicationFriendlyName,
+                                    const char *applicationVersion )
+{
+    application = { applicationIdentifier, applicationFriendlyName, applicationVersion };
+    for ( const Component &component : components )
+    {
+        component.startup();
+    }
+    application = {};
+}
+
+void qv___RuntimeComponentsShutdown()
+{
+    int last = componentCount - 1;
+    while ( last >= 0 )
+    {
+        int first = last;
+        while ( components[last].stop == Stop::inOrder && first > 0 && components[first - 1].stop == Stop::inOrder )
+        {
+            first--;
+        }
+        for ( int idx = first; idx <= last; idx++ )
+        {
+            components[idx].shutdown();
+        }
+        last = first - 1;
+    }
+}
