@@ -13,9 +13,9 @@
 typedef QV_INT QV_MESSAGE_LEVEL;
 
 #define QV_MESSAGE_LEVEL_DECORATIVE 0
-#define QV_MESSAGE_LEVEL_NORMAL 1
-#define QV_MESSAGE_LEVEL_WARNING 2
-#define QV_MESSAGE_LEVEL_ERROR 3
+#define QV_MESSAGE_LEVEL_NORMAL     1
+#define QV_MESSAGE_LEVEL_WARNING    2
+#define QV_MESSAGE_LEVEL_ERROR      3
 
 /* True for the four levels. Evaluates its argument twice. */
 #define QV_MESSAGE_LEVEL_OK( lvl )                                                                           \

@@ -6,6 +6,7 @@
  * thread at a time. */
 
 #include <qv/io/qv_message.h>
+#include <qv/io/qv_stream_author.h>
 #include <qv/runtime/qv_handles.h>
 #include <qv/runtime/qv_obj.h>
 
@@ -20,7 +21,7 @@ QV_SORT_FUNCTIONS( QV_MESSAGE_SINK, qvMessageSink )
 /* A new sink, for authors of streams. The functions must not be null; the closure is retained and may be
  * null. */
 QV_API QV_MESSAGE_SINK *qv___MessageSinkCreate( qv___MessageSinkWriteFunc writeFunc,
-                                                QV_BOOL ( *flushFunc )( qvObj closure ), qvObj closure );
+                                                qv___SinkFlushFunc flushFunc, qvObj closure );
 
 /* Writes a message: true if the sink took it. The sink's level rises to that of the message in any case. */
 QV_API QV_BOOL qvMessageSinkWriteMessage( QV_MESSAGE_SINK *sink, QV_MESSAGE *msg );

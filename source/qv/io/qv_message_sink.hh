@@ -10,7 +10,7 @@
 struct qv___MessageSink : qv___Obj
 {
     qv___MessageSinkWriteFunc writeFunc;
-    QV_BOOL ( *flushFunc )( qvObj closure );
+    qv___SinkFlushFunc flushFunc;
     qvObj closure; // may be null
     QV_BOOL error;
     QV_INT messagesWritten;

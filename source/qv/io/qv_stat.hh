@@ -21,6 +21,5 @@ struct qv___StatFilesystem : qv___Obj
 };
 
 void qv___StatFreeFunc( qvObj thisObj );
-void qv___StatFilesystemFreeFunc( qvObj thisObj );
 
 #endif
