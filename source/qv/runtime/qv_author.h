@@ -20,32 +20,38 @@ struct qv___ObjLogEntry;
 /* The header that every record begins with. Invariant of a live object: retainCount is above 0. */
 struct qv___Obj
 {
-    QV_INT type;                          /* QV___OBJ_TYPE_... */
-    QV_SORT *sort;                        /* null in sort and module records */
-    QV___ATOMIC_INT unique;               /* the token, -1 until first asked for */
-    uint32_t retainCount;                 /* atomic */
-    QV_INT dbgObjectSize;                 /* bytes of the record */
-    QV___ATOMIC_INT dbgAllocationSize;    /* bytes owned outside the record */
-    struct qv___ObjLogEntry *logFirst;    /* the object's log, null when empty */
+    QV_INT type;                       /* QV___OBJ_TYPE_... */
+    QV_SORT *sort;                     /* null in sort and module records */
+    QV___ATOMIC_INT unique;            /* the token, -1 until first asked for */
+    uint32_t retainCount;              /* atomic */
+    QV_INT dbgObjectSize;              /* bytes of the record */
+    QV___ATOMIC_INT dbgAllocationSize; /* bytes owned outside the record */
+    struct qv___ObjLogEntry *logFirst; /* the object's log, null when empty */
     struct qv___ObjLogEntry *logLast;
-    struct qv___Obj *objsPrevious;        /* neighbours in the sort's list, object database only */
+    struct qv___Obj *objsPrevious; /* neighbours in the sort's list, object database only */
     struct qv___Obj *objsNext;
 };
 
 /* The functions of a sort; each may be null. */
 struct qv___SortFunctions
 {
-    void ( *freeFunc )( qvObj thisObj );                       /* releases what the object owns */
-    QV_INT ( *compareFunc )( qvObj thisObj, qvObj thatObj );   /* negative, 0, positive */
-    QV_STRING *( *toStringFunc )( qvObj thisObj );             /* the caller owns the result */
+    void ( *freeFunc )( qvObj thisObj );                     /* releases what the object owns */
+    QV_INT ( *compareFunc )( qvObj thisObj, qvObj thatObj ); /* negative, 0, positive */
+    QV_STRING *( *toStringFunc )( qvObj thisObj );           /* the caller owns the result */
 };
 
 #ifdef __cplusplus
-#define QV___RECORD( tag ) struct tag : qv___Obj {
+#define QV___RECORD( tag )                                                                                   \
+    struct tag : qv___Obj                                                                                    \
+    {
 #else
-#define QV___RECORD( tag ) struct tag { struct qv___Obj header;
+#define QV___RECORD( tag )                                                                                   \
+    struct tag                                                                                               \
+    {                                                                                                        \
+        struct qv___Obj header;
 #endif
 
+/* clang-format off */
 /* The static descriptor of a type, named qv___sort_<NAME>. */
 QV___RECORD( qv___Sort )
     QV_MODULE *module;                    /* the owning module, may be null */
@@ -92,9 +98,13 @@ QV___RECORD( qv___Module )
 };
 
 #undef QV___RECORD
+/* clang-format on */
 
 /* Initial header of a static sort or module record. */
-#define QV___STATIC_HEADER( type ) { ( type ), NULL, -1, 1, 0, 0, NULL, NULL, NULL, NULL }
+#define QV___STATIC_HEADER( type )                                                                           \
+    {                                                                                                        \
+        ( type ), NULL, -1, 1, 0, 0, NULL, NULL, NULL, NULL                                                  \
+    }
 
 QV_BEGIN_DECLS
 
@@ -122,52 +132,59 @@ QV_END_DECLS
  * QV_SORT_DEFINE( QV_REGION, qvRegion, { .freeFunc = regionFree } ). A macro, because the names are C names and the
  * report of a violated check must carry the file, the line and the text of the place of definition. */
 
-#define QV_SORT_DEFINE( NAME, prefix, ... )                                                                            \
-    QV___CONSTINIT struct qv___Sort qv___sort_##NAME = {                                                               \
-        QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ), &QV_MODULE_OBJECT, #NAME, __VA_ARGS__, 0, NULL, NULL, NULL, NULL };  \
-    QV_SORT *prefix##Sort( void )                                                                                      \
-    {                                                                                                                  \
-        return &qv___sort_##NAME;                                                                                      \
-    }                                                                                                                  \
-    void prefix##Retain( NAME *obj )                                                                                   \
-    {                                                                                                                  \
-        if ( !obj )                                                                                                    \
-            qv___Abort( "stdfunc retain", __FILE__, __LINE__, "obj" );                                                 \
-        qvObjRetain( (qvObj)obj );                                                                                     \
-    }                                                                                                                  \
-    void prefix##Release( NAME *obj )                                                                                  \
-    {                                                                                                                  \
-        if ( !obj )                                                                                                    \
-            qv___Abort( "stdfunc release", __FILE__, __LINE__, "obj" );                                                \
-        qvObjRelease( (qvObj)obj );                                                                                    \
-    }                                                                                                                  \
-    qvObj prefix##Obj( NAME *obj )                                                                                     \
-    {                                                                                                                  \
-        return (qvObj)obj;                                                                                             \
-    }                                                                                                                  \
-    NAME *prefix##From( qvObj obj )                                                                                    \
-    {                                                                                                                  \
-        if ( obj && qvObjSort( obj ) != &qv___sort_##NAME )                                                            \
-            qv___Abort( "stdfunc from", __FILE__, __LINE__, "!obj || qvObjSort(obj)==&qv___sort_" #NAME );             \
-        return (NAME *)obj;                                                                                            \
-    }                                                                                                                  \
-    QV_STRING *prefix##ToString( NAME *obj )                                                                           \
-    {                                                                                                                  \
-        if ( !obj )                                                                                                    \
-            qv___Abort( "stdfunc tostring", __FILE__, __LINE__, "obj" );                                               \
-        return qvObjToString( (qvObj)obj );                                                                            \
-    }                                                                                                                  \
-    QV_INT prefix##Compare( NAME *objA, NAME *objB )                                                                   \
-    {                                                                                                                  \
-        if ( !objA )                                                                                                   \
-            qv___Abort( "stdfunc compare a", __FILE__, __LINE__, "objA" );                                             \
-        if ( !objB )                                                                                                   \
-            qv___Abort( "stdfunc compare b", __FILE__, __LINE__, "objB" );                                             \
-        return qvObjCompare( (qvObj)objA, (qvObj)objB );                                                               \
-    }                                                                                                                  \
-    QV_BOOL prefix##Equals( NAME *objA, NAME *objB )                                                                   \
-    {                                                                                                                  \
-        return qvObjCompare( (qvObj)objA, (qvObj)objB ) == 0;                                                          \
+#define QV_SORT_DEFINE( NAME, prefix, ... )                                                                  \
+    QV___CONSTINIT struct qv___Sort qv___sort_##NAME = { QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ),           \
+                                                         &QV_MODULE_OBJECT,                                  \
+                                                         #NAME,                                              \
+                                                         __VA_ARGS__,                                        \
+                                                         0,                                                  \
+                                                         NULL,                                               \
+                                                         NULL,                                               \
+                                                         NULL,                                               \
+                                                         NULL };                                             \
+    QV_SORT *prefix##Sort( void )                                                                            \
+    {                                                                                                        \
+        return &qv___sort_##NAME;                                                                            \
+    }                                                                                                        \
+    void prefix##Retain( NAME *obj )                                                                         \
+    {                                                                                                        \
+        if ( !obj )                                                                                          \
+            qv___Abort( "stdfunc retain", __FILE__, __LINE__, "obj" );                                       \
+        qvObjRetain( (qvObj)obj );                                                                           \
+    }                                                                                                        \
+    void prefix##Release( NAME *obj )                                                                        \
+    {                                                                                                        \
+        if ( !obj )                                                                                          \
+            qv___Abort( "stdfunc release", __FILE__, __LINE__, "obj" );                                      \
+        qvObjRelease( (qvObj)obj );                                                                          \
+    }                                                                                                        \
+    qvObj prefix##Obj( NAME *obj )                                                                           \
+    {                                                                                                        \
+        return (qvObj)obj;                                                                                   \
+    }                                                                                                        \
+    NAME *prefix##From( qvObj obj )                                                                          \
+    {                                                                                                        \
+        if ( obj && qvObjSort( obj ) != &qv___sort_##NAME )                                                  \
+            qv___Abort( "stdfunc from", __FILE__, __LINE__, "!obj || qvObjSort(obj)==&qv___sort_" #NAME );   \
+        return (NAME *)obj;                                                                                  \
+    }                                                                                                        \
+    QV_STRING *prefix##ToString( NAME *obj )                                                                 \
+    {                                                                                                        \
+        if ( !obj )                                                                                          \
+            qv___Abort( "stdfunc tostring", __FILE__, __LINE__, "obj" );                                     \
+        return qvObjToString( (qvObj)obj );                                                                  \
+    }                                                                                                        \
+    QV_INT prefix##Compare( NAME *objA, NAME *objB )                                                         \
+    {                                                                                                        \
+        if ( !objA )                                                                                         \
+            qv___Abort( "stdfunc compare a", __FILE__, __LINE__, "objA" );                                   \
+        if ( !objB )                                                                                         \
+            qv___Abort( "stdfunc compare b", __FILE__, __LINE__, "objB" );                                   \
+        return qvObjCompare( (qvObj)objA, (qvObj)objB );                                                     \
+    }                                                                                                        \
+    QV_BOOL prefix##Equals( NAME *objA, NAME *objB )                                                         \
+    {                                                                                                        \
+        return qvObjCompare( (qvObj)objA, (qvObj)objB ) == 0;                                                \
     }
 
 #endif

@@ -27,7 +27,10 @@ struct Component
     Stop stop;
 };
 
-#define QV___COMPONENT( Name, stop ) { #Name, qv___##Name##Startup, qv___##Name##Shutdown, stop }
+#define QV___COMPONENT( Name, stop )                                                                         \
+    {                                                                                                        \
+#Name, qv___##Name##Startup, qv___##Name##Shutdown, stop                                             \
+    }
 
 // What the host said of itself, for the one component that takes it.
 struct Application
@@ -75,7 +78,8 @@ void qv___RuntimeComponentsShutdown()
     while ( last >= 0 )
     {
         int first = last;
-        while ( components[last].stop == Stop::inOrder && first > 0 && components[first - 1].stop == Stop::inOrder )
+        while ( components[last].stop == Stop::inOrder && first > 0 &&
+                components[first - 1].stop == Stop::inOrder )
         {
             first--;
         }

@@ -94,8 +94,10 @@ void qv___RuntimeSnapshotHeader()
     qv___RuntimePrintFormatCstr( "Friendly  : %lc", -1, qv___RuntimeVersionProductFriendlyNameCstr() );
     qv___RuntimePrintFormatCstr( "Version   : %~s", -1, qvRuntimeVersionProductVersion() );
     qv___RuntimePrintFormatCstr( "OS        : %~s", -1, qvStringCreateFromCstr( QV___BUILD_OS_NAME, -1 ) );
-    qv___RuntimePrintFormatCstr( "Hardware  : %~s", -1, qvStringCreateFromCstr( QV___BUILD_HARDWARE_NAME, -1 ) );
-    qv___RuntimePrintFormatCstr( "Variant   : %~s", -1, qvStringCreateFromCstr( QV___BUILD_VARIANT_NAME, -1 ) );
+    qv___RuntimePrintFormatCstr( "Hardware  : %~s", -1,
+                                 qvStringCreateFromCstr( QV___BUILD_HARDWARE_NAME, -1 ) );
+    qv___RuntimePrintFormatCstr( "Variant   : %~s", -1,
+                                 qvStringCreateFromCstr( QV___BUILD_VARIANT_NAME, -1 ) );
     qv___RuntimePrintFormatCstr( "Build Time: %lc", -1, qv___RuntimeVersionProductBuildTimeCstr() );
     qv___RuntimePrintCstr( ruler, -1 );
 }

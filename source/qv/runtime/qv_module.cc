@@ -94,9 +94,9 @@ bool isUnboundOrSame( QV_INT number, QV_INT own )
 
 bool isBoundToNothing( const QV_MODULE_RECORD *record )
 {
-    return !record->productFriendlyName && record->productVersionMajor == -1 && record->productVersionMinor == -1 &&
-           record->productVersionRelease == -1 && !record->productBuildTime && !record->productVendorName &&
-           !record->productCopyright;
+    return !record->productFriendlyName && record->productVersionMajor == -1 &&
+           record->productVersionMinor == -1 && record->productVersionRelease == -1 &&
+           !record->productBuildTime && !record->productVendorName && !record->productCopyright;
 }
 
 // Version numbers bind from the left.

@@ -86,7 +86,8 @@ bool readPair( qvObj part, QV_INT *number, QV_INT *insert )
 } // namespace
 
 QV_SORT_DEFINE( QV_MODULE_VERSION, qvModuleVersion,
-                { .compareFunc = qv___ModuleVersionCompareFunc, .toStringFunc = qv___ModuleVersionToStringFunc } )
+                { .compareFunc = qv___ModuleVersionCompareFunc,
+                  .toStringFunc = qv___ModuleVersionToStringFunc } )
 
 QV_MODULE_VERSION *qvModuleVersionCreate( QV_INT major, QV_INT majorInsert, QV_INT minor, QV_INT minorInsert )
 {

@@ -12,7 +12,8 @@ QV_SORT_FUNCTIONS( QV_MODULE_VERSION, qvModuleVersion )
 
 /* A new version. major and minor are at least 0, the inserts lie in 0..999, and number * 1000 + insert must be a QV_INT;
  * otherwise the process stops. */
-QV_API QV_MODULE_VERSION *qvModuleVersionCreate( QV_INT major, QV_INT majorInsert, QV_INT minor, QV_INT minorInsert );
+QV_API QV_MODULE_VERSION *qvModuleVersionCreate( QV_INT major, QV_INT majorInsert, QV_INT minor,
+                                                 QV_INT minorInsert );
 
 /* The version that a text gives, new; null if the text isn't one. Lengths are in bytes or wide characters, -1 up to the
  * terminator. */

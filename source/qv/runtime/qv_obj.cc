@@ -42,7 +42,8 @@ void linkSort( QV_MODULE *module, QV_SORT *sort )
 {
     QV_CHECK( sort->sortsNext == nullptr );
     QV_CHECK( sort->sortsPrevious == nullptr );
-    linkAtTail( &module->sortsFirst, &module->sortsLast, sort, &qv___Sort::sortsPrevious, &qv___Sort::sortsNext );
+    linkAtTail( &module->sortsFirst, &module->sortsLast, sort, &qv___Sort::sortsPrevious,
+                &qv___Sort::sortsNext );
 }
 
 void countCreated( QV_SORT *sort )
@@ -73,8 +74,8 @@ void countFreed( QV_SORT *sort )
 // The values that a call stack itself is made of, and those that are too many to be worth one.
 bool recordsOrigin( QV_SORT *sort )
 {
-    return sort != qvStringSort() && sort != qvVectorSort() && sort != qvDictSort() && sort != qvBufferSort() &&
-           sort != qvStackTraceSort();
+    return sort != qvStringSort() && sort != qvVectorSort() && sort != qvDictSort() &&
+           sort != qvBufferSort() && sort != qvStackTraceSort();
 }
 
 void freeLog( qvObj thisObj )
@@ -97,8 +98,8 @@ qv___ObjLogEntry *createLogEntry( QV_STRING *line )
     entry->next = nullptr;
     if ( entry->length > 0 )
     {
-        entry->chars = static_cast<QV_CHAR *>(
-            qvMemDupN( qvStringBacking( line ), entry->length, sizeof( QV_CHAR ) ) );
+        entry->chars =
+            static_cast<QV_CHAR *>( qvMemDupN( qvStringBacking( line ), entry->length, sizeof( QV_CHAR ) ) );
     }
     return entry;
 }
@@ -148,7 +149,8 @@ qvObj qv___ObjCreate( QV_INT size, QV_SORT *sort )
 {
     QV_CHECK( sort );
     qvObj obj = static_cast<qvObj>( qvMemAlloc( size ) );
-    *obj = { QV___OBJ_TYPE_OBJECT, sort, QV___UNIQUE_INVALID, 1, size, 0, nullptr, nullptr, nullptr, nullptr };
+    *obj = {
+        QV___OBJ_TYPE_OBJECT, sort, QV___UNIQUE_INVALID, 1, size, 0, nullptr, nullptr, nullptr, nullptr };
     if ( __builtin_expect( odbEnabled, QV_FALSE ) )
     {
         qv::Locked locked( &odbLock );
@@ -294,7 +296,8 @@ QV_INT qv___ObjUnique( qvObj thisObj )
     }
     QV_INT fresh = qv___UniqueGet();
     QV_INT winner = QV___UNIQUE_INVALID;
-    if ( __atomic_compare_exchange_n( &thisObj->unique, &winner, fresh, 0, __ATOMIC_SEQ_CST, __ATOMIC_SEQ_CST ) )
+    if ( __atomic_compare_exchange_n( &thisObj->unique, &winner, fresh, 0, __ATOMIC_SEQ_CST,
+                                      __ATOMIC_SEQ_CST ) )
     {
         return fresh;
     }

@@ -11,8 +11,8 @@
 // One line of an object's log.
 struct qv___ObjLogEntry
 {
-    QV_INT length;           // characters
-    QV_CHAR *chars;          // own copy, null when length is 0
+    QV_INT length;  // characters
+    QV_CHAR *chars; // own copy, null when length is 0
     qv___ObjLogEntry *next;
 };
 
@@ -93,7 +93,8 @@ inline bool retainIfAlive( qvObj obj )
     uint32_t count = qv___RetainCountValue( &obj->retainCount );
     while ( count > 0 )
     {
-        if ( __atomic_compare_exchange_n( &obj->retainCount, &count, count + 1, 0, __ATOMIC_SEQ_CST, __ATOMIC_SEQ_CST ) )
+        if ( __atomic_compare_exchange_n( &obj->retainCount, &count, count + 1, 0, __ATOMIC_SEQ_CST,
+                                          __ATOMIC_SEQ_CST ) )
         {
             return true;
         }
@@ -125,7 +126,7 @@ template <typename T> inline bool isShared( T *handle )
 }
 
 // The one gate of copy-on-write: after it the caller's handle holds the only reference. createFrom makes a private copy.
-template <typename T> inline void makePrivate( T **dest, T *( *createFrom )( T * ) )
+template <typename T> inline void makePrivate( T **dest, T *( *createFrom )(T *))
 {
     QV_CHECK( dest );
     QV_CHECK( *dest );

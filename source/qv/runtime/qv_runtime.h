@@ -32,9 +32,9 @@ typedef void ( *QV_RUNTIME_PRINT_FUNC )( const QV_CHAR *chs, QV_INT chsLength );
 /* Starts the library; call it once, before anything else. optionalUnloadModuleTimeout is in milliseconds, -1 for the
  * default of 60000; a smaller value stops the process. printFunc may be null (diagnostics are dropped) and must stay valid
  * until qvRuntimeShutdown has returned. The zero-terminated strings may each be null and are copied. */
-QV_API void qvRuntimeStartup( QV_RUNTIME_FLAGS flags, QV_INT optionalUnloadModuleTimeout, QV_RUNTIME_PRINT_FUNC printFunc,
-                              const char *applicationIdentifier, const char *applicationFriendlyName,
-                              const char *applicationVersion );
+QV_API void qvRuntimeStartup( QV_RUNTIME_FLAGS flags, QV_INT optionalUnloadModuleTimeout,
+                              QV_RUNTIME_PRINT_FUNC printFunc, const char *applicationIdentifier,
+                              const char *applicationFriendlyName, const char *applicationVersion );
 
 /* Ends the library; call it once, on one thread, after all other threads of the host have stopped using it. With a
  * snapshot flag it prints a report of the objects that are still there. */

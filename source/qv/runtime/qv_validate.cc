@@ -49,7 +49,8 @@ bool isPlainText( QV_STRING *text, const char *alsoAllowed )
     for ( QV_INT idx = 0; idx < length; idx++ )
     {
         bool innerBlank = chs[idx] == ' ' && idx > 0 && idx < length - 1 && chs[idx - 1] != ' ';
-        if ( !isLetter( chs[idx] ) && !isDigit( chs[idx] ) && !innerBlank && !isOneOf( chs[idx], alsoAllowed ) )
+        if ( !isLetter( chs[idx] ) && !isDigit( chs[idx] ) && !innerBlank &&
+             !isOneOf( chs[idx], alsoAllowed ) )
         {
             return false;
         }
@@ -61,7 +62,8 @@ bool isNonNegativeInt( QV_STRING *text )
 {
     QV_INT value = -1;
     QV_INT consumed = 0;
-    return qvStringScanInt( text, 0, -1, 10, &value, &consumed ) && consumed == qvStringLength( text ) && value >= 0;
+    return qvStringScanInt( text, 0, -1, 10, &value, &consumed ) && consumed == qvStringLength( text ) &&
+           value >= 0;
 }
 
 } // namespace

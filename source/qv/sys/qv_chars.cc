@@ -62,7 +62,8 @@ template <typename T> class Writer
     QV_INT count_ = 0;
 };
 
-template <typename T> QV_INT terminated( T *dest, QV_INT destLength, QV_INT compLen, QV_BOOL addNullTerminator )
+template <typename T>
+QV_INT terminated( T *dest, QV_INT destLength, QV_INT compLen, QV_BOOL addNullTerminator )
 {
     if ( !addNullTerminator )
     {

@@ -40,7 +40,8 @@ QV_API QV_INT qvCharsConvertFromCstr( QV_CHAR *dest, QV_INT destLength, const ch
 /* Wide characters of 32 bits. To: 0 and what is no code point become U+FFFD. From: what is no code point becomes U+FFFD. */
 QV_API QV_INT qvCharsConvertToWcstr( wchar_t *dest, QV_INT destLength, const QV_CHAR *src, QV_INT srcLength,
                                      QV_BOOL addNullTerminator );
-QV_API QV_INT qvCharsConvertFromWcstr( QV_CHAR *dest, QV_INT destLength, const wchar_t *src, QV_INT srcLength );
+QV_API QV_INT qvCharsConvertFromWcstr( QV_CHAR *dest, QV_INT destLength, const wchar_t *src,
+                                       QV_INT srcLength );
 
 QV_END_DECLS
 

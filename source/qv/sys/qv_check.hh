@@ -6,11 +6,13 @@
 
 #include <qv/sys/qv_abort.h>
 
-#define QV_CHECK( condition )                                                                                          \
-    ( __builtin_expect( !!( condition ), 1 ) ? (void)0 : qv___Abort( nullptr, __FILE__, __LINE__, #condition ) )
+#define QV_CHECK( condition )                                                                                \
+    ( __builtin_expect( !!( condition ), 1 ) ? (void)0                                                       \
+                                             : qv___Abort( nullptr, __FILE__, __LINE__, #condition ) )
 
-#define QV_CHECK_MESSAGE( message, condition )                                                                         \
-    ( __builtin_expect( !!( condition ), 1 ) ? (void)0 : qv___Abort( ( message ), __FILE__, __LINE__, #condition ) )
+#define QV_CHECK_MESSAGE( message, condition )                                                               \
+    ( __builtin_expect( !!( condition ), 1 ) ? (void)0                                                       \
+                                             : qv___Abort( ( message ), __FILE__, __LINE__, #condition ) )
 
 #define QV_FAIL( message ) qv___Abort( ( message ), __FILE__, __LINE__, nullptr )
 

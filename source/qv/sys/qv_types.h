@@ -43,15 +43,17 @@ typedef uint32_t QV_CHAR;
 #define QV_CHAR_OK( ch ) ( (QV_CHAR)( ch ) <= QV_CHAR_MAX )
 
 /* True if the sum, difference or product of two QV_INT is a QV_INT. Arguments may be evaluated more than once. */
-#define QV_INT_ADD_OK( a, b )                                                                                          \
-    ( (QV_INT)( b ) >= 0 ? (QV_INT)( a ) <= QV_INT_MAX - (QV_INT)( b ) : (QV_INT)( a ) >= QV_INT_MIN - (QV_INT)( b ) )
-#define QV_INT_SUB_OK( a, b )                                                                                          \
-    ( (QV_INT)( b ) >= 0 ? (QV_INT)( a ) >= QV_INT_MIN + (QV_INT)( b ) : (QV_INT)( a ) <= QV_INT_MAX + (QV_INT)( b ) )
+#define QV_INT_ADD_OK( a, b )                                                                                \
+    ( (QV_INT)( b ) >= 0 ? (QV_INT)( a ) <= QV_INT_MAX - (QV_INT)( b )                                       \
+                         : (QV_INT)( a ) >= QV_INT_MIN - (QV_INT)( b ) )
+#define QV_INT_SUB_OK( a, b )                                                                                \
+    ( (QV_INT)( b ) >= 0 ? (QV_INT)( a ) >= QV_INT_MIN + (QV_INT)( b )                                       \
+                         : (QV_INT)( a ) <= QV_INT_MAX + (QV_INT)( b ) )
 #define QV_INT_MUL_OK( a, b ) qv___IntMulOk( ( a ), ( b ) )
 /* True if x fits the platform's size type. */
-#define QV_INT_TO_SIZET_CONV_OK( x ) ( (QV_INT)( x ) >= 0 && (QV___INT_UNSIGNED)( x ) <= (QV___INT_UNSIGNED)SIZE_MAX )
-#define QV___INT_UNSIGNED_ADD_OK( a, b )                                                                               \
-    ( (QV___INT_UNSIGNED)( a ) <= UINT64_MAX - (QV___INT_UNSIGNED)( b ) )
+#define QV_INT_TO_SIZET_CONV_OK( x )                                                                         \
+    ( (QV_INT)( x ) >= 0 && (QV___INT_UNSIGNED)( x ) <= (QV___INT_UNSIGNED)SIZE_MAX )
+#define QV___INT_UNSIGNED_ADD_OK( a, b )           ( (QV___INT_UNSIGNED)( a ) <= UINT64_MAX - (QV___INT_UNSIGNED)( b ) )
 #define QV___INT_UNSIGNED_TO_QV_INT_CONV_OK( u )   ( (QV___INT_UNSIGNED)( u ) <= (QV___INT_UNSIGNED)QV_INT_MAX )
 #define QV___INT_UNSIGNED_FROM_QV_INT_CONV_OK( i ) ( (QV_INT)( i ) >= 0 )
 /* Number of elements of an array, as a QV_INT. */
