@@ -109,6 +109,19 @@ inline QV_CHAR *stringOpenEnd( QV_STRING **dest, QV_INT count )
     return stringOpenGap( dest, qvs->length, count );
 }
 
+// stringOpenGap at the front, for runs of prepends.
+inline QV_CHAR *stringOpenFront( QV_STRING **dest, QV_INT count )
+{
+    QV_STRING *qvs = *dest;
+    if ( qvs->fspace >= count && !isShared( qvs ) )
+    {
+        qvs->length += count;
+        qvs->fspace -= count;
+        return qvs->chars + qvs->fspace;
+    }
+    return stringOpenGap( dest, 0, count );
+}
+
 // Appends a code point that is known to be valid.
 inline void stringAppendChar( QV_STRING **dest, QV_CHAR ch )
 {
@@ -131,6 +144,39 @@ template <size_t SIZE> inline void stringAppendLiteral( QV_STRING **dest, const 
         gap[idx] = static_cast<unsigned char>( literal[idx] );
     }
 }
+
+// ---- Byte and wide text as code points ----
+
+// Code points of a text that a caller gives as bytes or wide characters, for the length of a block and without a string
+// object. Checks what the Cstr and Wcstr forms promise to check.
+class DecodedChars
+{
+  public:
+    DecodedChars( const char *cstr, QV_INT length );
+    DecodedChars( const wchar_t *wcstr, QV_INT length );
+    DecodedChars( const DecodedChars & ) = delete;
+    DecodedChars &operator=( const DecodedChars & ) = delete;
+    ~DecodedChars();
+
+    const QV_CHAR *chars() const
+    {
+        return chars_;
+    }
+
+    QV_INT length() const
+    {
+        return length_;
+    }
+
+  private:
+    QV_CHAR *roomFor( QV_INT capacity );
+
+    static constexpr QV_INT ownSlots = 256;
+
+    QV_CHAR *chars_;
+    QV_INT length_;
+    QV_CHAR own_[ownSlots];
+};
 
 // ---- Search in arrays: the index of the first or last hit, or -1 ----
 
