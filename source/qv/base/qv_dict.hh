@@ -47,6 +47,10 @@ void qv___DictMakeRoom( QV_DICT *dict, QV_INT atIndex, QV_INT count );
 // Gives spare pairs back after a delete. The dictionary is private.
 void qv___DictCompact( QV_DICT *dict );
 
+extern "C" {
+extern qv___Sort qv___sort_QV_DICT;
+}
+
 namespace qv
 {
 

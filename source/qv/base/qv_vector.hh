@@ -44,6 +44,10 @@ void qv___VectorCompact( QV_VECTOR *vec );
 // Copies references from the last to the first, retaining each.
 void qv___VectorCopyObjs( qvObj *dest, const qvObj *src, QV_INT count );
 
+extern "C" {
+extern qv___Sort qv___sort_QV_VECTOR;
+}
+
 namespace qv
 {
 
