@@ -17,22 +17,25 @@
  *   0       pad with zeros behind sign and base prefix
  *   ^       upper case
  *   '       a base prefix for base 10 too
- *   #       base prefix: once mnemonic (0x), twice numeric (16:). In texts: a null prints nothing. In %: no
- * output ~       the argument is handed over: o and s release it, the l words free it with qvMemFree
+ *   #       a base prefix: once mnemonic (0x), twice numeric (16:), three times none;
+ *           in texts a null prints nothing; in % no output
+ *   ~       the argument is handed over: o and s release it, the l words free it with qvMemFree
  *
- *   word    argument                                  output
- *   %       none                                      a percent sign
- *   b       QV_BOOL                                   true or false
- *   c       QV_CHAR                                   the character
- *   i       QV_INT                                    an integer, base 10 unless given
- *   X       QV_INT                                    an integer, base 16 unless given
- *   A       QV_INT, 0 to the precision                zero-padded to the width of the precision's value
- *   r       double                                    a real; the precision counts its decimals, 6 unless
- * given o       object, may be null                       the object's text s       QV_STRING *, may be null
- * the string lc      const char *, may be null                 UTF-8 text up to the terminator lC      const
- * char *, may be null, QV_INT         UTF-8 text of that many bytes, -1 up to the terminator lw, lW  const
- * wchar_t * in the same two ways m       none                                      as many characters as the
- * width says, a tab unless the precision names another code point
+ *   word    argument                            output
+ *   %       none                                a percent sign
+ *   b       QV_BOOL                             true or false
+ *   c       QV_CHAR                             the character
+ *   i       QV_INT                              an integer, base 10 unless given
+ *   X       QV_INT                              an integer, base 16 unless given
+ *   A       QV_INT, 0 to the precision          zero-padded to the width of the precision's value
+ *   r       double                              a real; the precision counts its decimals, 6 unless given
+ *   o       object, may be null                 the object's text
+ *   s       QV_STRING *, may be null            the string
+ *   lc      const char *, may be null           UTF-8 text up to the terminator
+ *   lC      const char *, may be null, QV_INT   UTF-8 text of that many bytes, -1 up to the terminator
+ *   lw, lW  const wchar_t * in the same ways    wide text
+ *   m       none                                as many characters as the width says: tabs, or the code
+ *                                               point that the precision names
  *
  * In texts the precision cuts to that many characters. A null text prints as "null". A format string is part
  * of the program: one without any conversion, a broken conversion and an unknown word stop the process ("%#%"
@@ -42,15 +45,15 @@
 
 /* Flags of the encoders; other bits are ignored. */
 typedef QV_INT QV_FORMAT_FLAGS;
-#define QV_FORMAT_FLAG_LEFTALIGN 1     /* pad on the right with blanks */
-#define QV_FORMAT_FLAG_ZEROPAD 2       /* pad with zeros behind sign and base prefix */
-#define QV_FORMAT_FLAG_NOSIGN 4        /* no minus sign */
-#define QV_FORMAT_FLAG_PLUSPOS 8       /* "+" where there is no minus sign */
-#define QV_FORMAT_FLAG_BLANKPOS 16     /* a blank where there is no minus sign */
-#define QV_FORMAT_FLAG_UPPERCASE 32    /* upper-case digits, base prefixes and truth values */
-#define QV_FORMAT_FLAG_BASEMNEMONIC 64 /* base prefix 0b, 0o, 0x (0d); numeric for other bases */
-#define QV_FORMAT_FLAG_BASENUMERIC 128 /* base prefix in decimal, as in 16: */
-#define QV_FORMAT_FLAG_BASEDECIMAL 256 /* a prefix for base 10 too */
+#define QV_FORMAT_FLAG_LEFTALIGN    1   /* pad on the right with blanks */
+#define QV_FORMAT_FLAG_ZEROPAD      2   /* pad with zeros behind sign and base prefix */
+#define QV_FORMAT_FLAG_NOSIGN       4   /* no minus sign */
+#define QV_FORMAT_FLAG_PLUSPOS      8   /* "+" where there is no minus sign */
+#define QV_FORMAT_FLAG_BLANKPOS     16  /* a blank where there is no minus sign */
+#define QV_FORMAT_FLAG_UPPERCASE    32  /* upper-case digits, base prefixes and truth values */
+#define QV_FORMAT_FLAG_BASEMNEMONIC 64  /* base prefix 0b, 0o, 0x (0d); numeric for other bases */
+#define QV_FORMAT_FLAG_BASENUMERIC  128 /* base prefix in decimal, as in 16: */
+#define QV_FORMAT_FLAG_BASEDECIMAL  256 /* a prefix for base 10 too */
 
 QV_BEGIN_DECLS
 

@@ -17,15 +17,27 @@ QV_STRING *qv___FormatArgList( QV_STRING *fmt, QV_ARG_LIST *argList );
 // The same with the format as code points, so that formats given as bytes need no string object.
 QV_STRING *qv___FormatCharsArgList( const QV_CHAR *fmt, QV_INT fmtLength, QV_ARG_LIST *argList );
 
-// The workers of the engine. fmtFlags are the engine's flag characters as bits (qv_format_engine.cc); dest is
-// a handle.
+// The flag characters of the engine as bits; # counts its repetitions up to 3.
+#define QV___FORMAT_FMT_LEFT      0x01 // -
+#define QV___FORMAT_FMT_NOSIGN    0x02 // _
+#define QV___FORMAT_FMT_PLUS      0x04 // +
+#define QV___FORMAT_FMT_BLANK     0x08 // blank
+#define QV___FORMAT_FMT_ZERO      0x10 // 0
+#define QV___FORMAT_FMT_UPPER     0x20 // ^
+#define QV___FORMAT_FMT_DECIMAL   0x40 // '
+#define QV___FORMAT_FMT_OWNED     0x80 // ~
+#define QV___FORMAT_FMT_HASH      0x100
+#define QV___FORMAT_FMT_HASH_MASK 0x300
+
+// The workers of the engine; dest is a handle, fmtFlags are flag characters.
 void qv___FormatFmtInt( QV_STRING **dest, QV_INT value, QV_INT base, QV_INT minWidth, QV_INT fmtFlags );
 void qv___FormatFmtObj( QV_STRING **dest, QV_STRING *qvs, QV_INT minWidth, QV_INT precision,
                         QV_INT fmtFlags );
 
-// Reads the digits of a width, precision or base at *position, or takes the next argument for a "*"; false if
-// neither stands there, which leaves *value alone.
-QV_BOOL qv___FormatScanIntArg( QV_STRING *fmt, QV_INT *position, QV_ARG_LIST *argList, QV_INT *value );
+// Reads the digits of a width, precision or base at *position, or takes the next argument for a "*", and moves
+// *position behind it; false if neither stands there, which leaves *value and *position alone.
+QV_BOOL qv___FormatScanIntArg( const QV_CHAR *fmt, QV_INT fmtLength, QV_INT *position, QV_ARG_LIST *argList,
+                               QV_INT *value );
 
 // Appends code points padded with blanks.
 void qv___FormatEncodeChars( QV_STRING **dest, const QV_CHAR *src, QV_INT srcLength, QV_INT minWidth,
@@ -42,7 +54,7 @@ void qv___FormatShutdown();
 namespace qv
 {
 
-// The encoders' appending forms, with the same checks.
+// The encoders' appending forms, with the same checks. They write into the storage of *dest at once.
 void formatAppendInt( QV_STRING **dest, QV_INT value, QV_INT base, QV_INT minWidth, QV_FORMAT_FLAGS flags );
 void formatAppendReal( QV_STRING **dest, double value, QV_INT base, QV_INT minWidth, QV_INT precision,
                        QV_FORMAT_FLAGS flags );
