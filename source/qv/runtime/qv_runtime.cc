@@ -2,6 +2,7 @@
 
 #include <qv/base/qv_dict.h>
 #include <qv/base/qv_flagset.hh>
+#include <qv/base/qv_monitor.hh>
 #include <qv/base/qv_string.h>
 #include <qv/base/qv_vector.h>
 #include <qv/runtime/qv_local.hh>
@@ -58,6 +59,8 @@ constinit QV_RUNTIME_FLAGS qv___RuntimeFlags = 0;
 constinit QV_INT qv___RuntimeUnloadModuleTimeout = defaultUnloadModuleTimeout;
 constinit QV_FLAGSET *qv___RuntimeFlagsFlagset = nullptr;
 
+constinit QV_MONITOR *qv___RuntimeLoadMonitor = nullptr;          // serializes loading and unloading
+constinit QV_MONITOR *qv___RuntimeLoadedModulesMonitor = nullptr; // guards the tables of loaded modules
 constinit QV_DICT *qv___RuntimeLoadedModulesDict = nullptr;
 constinit QV_VECTOR *qv___RuntimeLoadedModulesVector = nullptr;
 
@@ -145,6 +148,8 @@ void qvRuntimeStartup( QV_RUNTIME_FLAGS flags, QV_INT optionalUnloadModuleTimeou
         optionalUnloadModuleTimeout == -1 ? defaultUnloadModuleTimeout : optionalUnloadModuleTimeout;
     qv___RuntimePrintStartup( printFunc );
     qv___RuntimeComponentsStartup( applicationIdentifier, applicationFriendlyName, applicationVersion );
+    qv___RuntimeLoadMonitor = qvMonitorCreate();
+    qv___RuntimeLoadedModulesMonitor = qvMonitorCreate();
     qv___RuntimeLoadedModulesDict = qvDictCreate();
     qv___RuntimeLoadedModulesVector = qvVectorCreate();
     enterOwnModule();
@@ -152,6 +157,8 @@ void qvRuntimeStartup( QV_RUNTIME_FLAGS flags, QV_INT optionalUnloadModuleTimeou
 
 void qvRuntimeShutdown( void )
 {
+    qv::retire( &qv___RuntimeLoadMonitor );
+    qv::retire( &qv___RuntimeLoadedModulesMonitor );
     qv::retire( &qv___RuntimeLoadedModulesDict );
     qv::retire( &qv___RuntimeLoadedModulesVector );
     qv___RuntimeComponentsShutdown();
@@ -166,6 +173,7 @@ void qvRuntimeShutdown( void )
 
 QV_VECTOR *qvRuntimeModulesVector( void )
 {
+    qv::Entered entered( qv___RuntimeLoadedModulesMonitor );
     return qv::retained( qv___RuntimeLoadedModulesVector );
 }
 

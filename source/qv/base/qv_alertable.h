@@ -1,0 +1,29 @@
+#ifndef QV_BASE_QV_ALERTABLE_H
+#define QV_BASE_QV_ALERTABLE_H
+
+/* One target that a alert wakes when it fires. Releasing the last reference ends it: after that no call of the target is in
+ * progress or comes later, also if the alert still holds it. That last release must not come from inside the target's
+ * own function. */
+
+#include <qv/runtime/qv_obj.h>
+
+QV_BEGIN_DECLS
+
+/* A target function; closure may be null. It runs while the alert is locked. */
+typedef void ( *QV_ALERTABLE_FUNC )( qvObj closure );
+
+QV_SORT_FUNCTIONS( QV_ALERTABLE, qvAlertable )
+
+/* New targets, owned by the caller. Each keeps a reference to what it wakes: a process is scheduled, a barrier unblocked,
+ * the event (not null) written to the event queue, a signal asserted, an alert set, the function called with its closure
+ * (which may be null). */
+QV_API QV_ALERTABLE *qvAlertableCreateWithProcess( QV_PROCESS *process );
+QV_API QV_ALERTABLE *qvAlertableCreateWithBarrier( QV_BARRIER *barrier );
+QV_API QV_ALERTABLE *qvAlertableCreateWithEventQueue( QV_EVENT_QUEUE *eventQueue, qvObj event );
+QV_API QV_ALERTABLE *qvAlertableCreateWithSignal( QV_SIGNAL *signal );
+QV_API QV_ALERTABLE *qvAlertableCreateWithAlert( QV_ALERT *alert );
+QV_API QV_ALERTABLE *qvAlertableCreateWithSignalFunc( QV_ALERTABLE_FUNC func, qvObj closure );
+
+QV_END_DECLS
+
+#endif

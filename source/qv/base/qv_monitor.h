@@ -1,0 +1,21 @@
+#ifndef QV_BASE_QV_MONITOR_H
+#define QV_BASE_QV_MONITOR_H
+
+/* Monitors: mutual exclusion of threads as an object. Not recursive: a thread that enters twice blocks for ever. The
+ * thread that entered leaves. Freeing an entered monitor stops the process. */
+
+#include <qv/runtime/qv_obj.h>
+
+QV_BEGIN_DECLS
+
+QV_SORT_FUNCTIONS( QV_MONITOR, qvMonitor )
+
+QV_API QV_MONITOR *qvMonitorCreate( void );
+
+QV_API void qvMonitorEnter( QV_MONITOR *monitor );
+/* A monitor that isn't entered stops the process. */
+QV_API void qvMonitorLeave( QV_MONITOR *monitor );
+
+QV_END_DECLS
+
+#endif
