@@ -248,15 +248,21 @@ def case_tables(out, data):
 
 
 def decomposition_tables(out, data, forms):
-    pool, records, numbers = Pool(), [(0, 0, 0, 0, 0, 0, 0)], [0] * LIMIT
+    pool, records, numbers = Pool(), [(0,) * 9], [0] * LIMIT
     full = {code: tuple(tuple(forms.ordered(forms.expand(code, compat))) for compat in (False, True)) for code in data.step}
+
+    def tail(chars):
+        """How many characters stand from the last starter on, 0 if the first isn't one."""
+        starters = [index for index, char in enumerate(chars) if data.ccc[char] == 0]
+        return len(chars) - starters[-1] if starters and starters[0] == 0 else 0
+
     pool.add_all([target for _, target in data.step.values()] + [chars for pair in full.values() for chars in pair])
     for code, (kind, target) in sorted(data.step.items()):
         canonical, compat = full[code]
         assert len(compat) <= 18
         numbers[code] = len(records)
         records.append((pool.offset(target), pool.offset(canonical), pool.offset(compat),
-                        len(target), kind, len(canonical), len(compat)))
+                        len(target), kind, len(canonical), tail(canonical), len(compat), tail(compat)))
     out.stages("decomposition", numbers)
     out.array("Decomposition", "decompositions", records, lambda record: "{ %s }" % ", ".join(map(str, record)))
     out.array("QV_CHAR", "decompositionPool", pool.values(), hex)

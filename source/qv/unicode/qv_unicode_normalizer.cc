@@ -106,6 +106,31 @@ QV_INT qvUnicodeNormalizerReadable( QV_UNICODE_NORMALIZER *norm )
     return qv___UnicodeNormalizerReadyEnd( norm ) - norm->begin;
 }
 
+namespace
+{
+
+// From this length on a text is handed over rather than copied.
+constexpr QV_INT handOverLength = 4096;
+
+// True if the storage can become a string as it stands: it begins with the text, nothing but the text is in it.
+bool canHandOver( QV_UNICODE_NORMALIZER *norm, QV_INT count )
+{
+    return count >= handOverLength && norm->begin == 0 && count == norm->end &&
+           norm->chars != norm->inlineChars;
+}
+
+// Makes a string of the storage and goes on with the inline one.
+QV_STRING *handOver( QV_UNICODE_NORMALIZER *norm, QV_INT count )
+{
+    auto *chars = static_cast<QV_CHAR *>( qvMemReallocN( norm->chars, count, sizeof( QV_CHAR ) ) );
+    norm->chars = norm->inlineChars;
+    norm->capacity = QV___NORMALIZER_INLINE;
+    qv___ObjDbgSetAllocationSize( norm, 0 );
+    return qvStringCreateFromCharsUse( chars, count );
+}
+
+} // namespace
+
 QV_INT qvUnicodeNormalizerRead( QV_UNICODE_NORMALIZER *norm, QV_STRING **dest, QV_INT maxLen )
 {
     QV_CHECK( norm );
@@ -115,7 +140,10 @@ QV_INT qvUnicodeNormalizerRead( QV_UNICODE_NORMALIZER *norm, QV_STRING **dest, Q
     QV_INT readable;
     const QV_CHAR *chars = qv___UnicodeNormalizerPeek( norm, &readable );
     QV_INT count = maxLen == -1 || readable < maxLen ? readable : maxLen;
-    qv::stringAppendChars( dest, chars, count );
+    if ( ( *dest )->length == 0 && canHandOver( norm, count ) )
+        qv::replaceWith( dest, handOver( norm, count ) );
+    else
+        qv::stringAppendChars( dest, chars, count );
     qv___UnicodeNormalizerSkip( norm, count );
     return count;
 }

@@ -181,22 +181,28 @@ template <QV_INT FORM> struct Stages
             norm->lastClass = 0;
         }
         QV_CHAR ch = chs[passing];
-        if ( composes && ch >= normalBounds[FORM + 2] && !( normalFlags( ch ) & decomposed ) )
-            writeDecomposed( norm, ch );
+        if ( composes && ch >= normalBounds[FORM + 2] )
+            writeDecomposed( norm, ch, normalFlags( ch ) );
         else
             norm->chars[norm->end++] = ch;
     }
 
     // Appends a character that doesn't decompose.
-    static void append( QV_UNICODE_NORMALIZER *norm, QV_CHAR ch )
+    static void append( QV_UNICODE_NORMALIZER *norm, QV_CHAR ch, uint8_t flags )
     {
-        QV_INT cccv = qv___UnicodeCccvDbLookup( ch );
-        if ( cccv == 0 )
-            settle( norm );
-        if ( cccv < norm->pendingClass )
+        QV_INT cccv = 0;
+        if ( flags & normalMark )
         {
-            insertMark( norm, ch, cccv );
-            return;
+            cccv = qv___UnicodeCccvDbLookup( ch );
+            if ( cccv < norm->pendingClass )
+            {
+                insertMark( norm, ch, cccv );
+                return;
+            }
+        }
+        else
+        {
+            settle( norm );
         }
         norm->chars[norm->end++] = ch;
         norm->pendingClass = cccv;
@@ -229,35 +235,54 @@ template <QV_INT FORM> struct Stages
         QV_CHAR *out = norm->chars + norm->end;
         out[0] = LBase + index / NCount;
         out[1] = VBase + index % NCount / TCount;
-        out[2] = TBase + trail;
-        norm->end += trail == 0 ? 1 : 2;
-        settle( norm );
-        norm->end++;
-    }
-
-    // Decomposes a code point into decompose. There is room for it.
-    static void writeDecomposed( QV_UNICODE_NORMALIZER *norm, QV_CHAR ch )
-    {
-        if ( isHangulSyllable( ch ) )
+        if ( trail == 0 )
         {
-            writeHangul( norm, ch );
-            return;
-        }
-        if ( !( normalFlags( ch ) & decomposes ) )
-        {
-            append( norm, ch );
+            norm->end++;
+            settle( norm );
+            norm->chars[norm->end++] = out[1];
         }
         else
         {
-            const Decomposition &found = decompositionOf( ch );
-            const QV_CHAR *chars =
-                decompositionPool + ( compat ? found.compatOffset : found.canonicalOffset );
-            QV_INT length = compat ? found.compatLength : found.canonicalLength;
+            norm->end += 2;
+            settle( norm );
+            norm->chars[norm->end++] = TBase + trail;
+        }
+    }
+
+    static void writeMapping( QV_UNICODE_NORMALIZER *norm, const Decomposition &found )
+    {
+        const QV_CHAR *chars = decompositionPool + ( compat ? found.compatOffset : found.canonicalOffset );
+        QV_INT length = compat ? found.compatLength : found.canonicalLength;
+        QV_INT tail = compat ? found.compatTail : found.canonicalTail;
+        if ( tail == 0 || ( composes && tail < length ) )
+        {
             for ( QV_INT idx = 0; idx < length; idx++ )
             {
-                append( norm, chars[idx] );
+                append( norm, chars[idx], normalFlags( chars[idx] ) );
             }
+            return;
         }
+        // It begins with a starter and is in order: nothing in it meets what stands before.
+        settle( norm );
+        QV_CHAR *out = norm->chars + norm->end;
+        for ( QV_INT idx = 0; idx < length; idx++ )
+        {
+            out[idx] = chars[idx];
+        }
+        norm->end += length;
+        norm->decomposePos = norm->end - tail;
+        norm->pendingClass = qv___UnicodeCccvDbLookup( chars[length - 1] );
+    }
+
+    // Decomposes a code point into decompose. There is room for it.
+    static void writeDecomposed( QV_UNICODE_NORMALIZER *norm, QV_CHAR ch, uint8_t flags )
+    {
+        if ( flags & decomposes )
+            writeMapping( norm, decompositionOf( ch ) );
+        else if ( isHangulSyllable( ch ) )
+            writeHangul( norm, ch );
+        else
+            append( norm, ch, flags );
         if ( norm->end - norm->decomposePos >= normalizerLimit )
             settle( norm );
     }
@@ -272,11 +297,14 @@ template <QV_INT FORM> struct Stages
         QV_CHAR high = norm->highSurrogate;
         norm->highSurrogate = 0;
         if ( high )
-            writeDecomposed( norm, 0x10000 + ( ( high - 0xD800 ) << 10 ) + ( ch - 0xDC00 ) );
+        {
+            QV_CHAR whole = 0x10000 + ( ( high - 0xD800 ) << 10 ) + ( ch - 0xDC00 );
+            writeDecomposed( norm, whole, normalFlags( whole ) );
+        }
     }
 
-    // One character of any value.
-    static void writeChar( QV_UNICODE_NORMALIZER *norm, QV_CHAR ch )
+    // One character of any value, with its flags.
+    static void writeChar( QV_UNICODE_NORMALIZER *norm, QV_CHAR ch, uint8_t flags )
     {
         if ( isSurrogate( ch ) )
         {
@@ -285,7 +313,7 @@ template <QV_INT FORM> struct Stages
         }
         norm->highSurrogate = 0;
         if ( QV_CHAR_OK( ch ) )
-            writeDecomposed( norm, ch );
+            writeDecomposed( norm, ch, flags );
     }
 
     static void write( QV_UNICODE_NORMALIZER *norm, const QV_CHAR *chs, QV_INT chsLength );
@@ -352,10 +380,13 @@ void Stages<FORM>::write( QV_UNICODE_NORMALIZER *norm, const QV_CHAR *chs, QV_IN
             writeStable( norm, chs, end - chs );
             chs = end;
         }
-        while ( chs < last && !isStable( *chs ) )
+        for ( ; chs < last; chs++ )
         {
+            uint8_t flags = QV_CHAR_OK( *chs ) ? normalFlags( *chs ) : 0;
+            if ( flags & stable )
+                break;
             ensureRoom( norm, last - chs + expansionRoom );
-            writeChar( norm, *chs++ );
+            writeChar( norm, *chs, flags );
         }
     }
 }

@@ -11,7 +11,7 @@ namespace qv::unicode
 // Most characters of a run without a starter that are held back, in decompose and in compose.
 inline constexpr QV_INT normalizerLimit = 4096;
 
-// No array is longer than this once the normalizer is empty again.
+// Clearing gives a longer array than this back.
 inline constexpr QV_INT normalizerKeep = 1 << 16;
 
 // Sends characters through the stages; any values, any number.

@@ -21,7 +21,8 @@ enum NormalFlag : uint8_t
     normalCompat = 128    // has a compatibility decomposition
 };
 
-// Offsets and lengths in the decomposition pool; the full mappings are in canonical order.
+// Offsets and lengths in the decomposition pool. The full mappings are in canonical order; a tail is the number of
+// characters from the last starter on, 0 if the mapping doesn't begin with a starter.
 struct Decomposition
 {
     uint16_t stepOffset;
@@ -30,7 +31,9 @@ struct Decomposition
     uint8_t stepLength;
     uint8_t type;
     uint8_t canonicalLength;
+    uint8_t canonicalTail;
     uint8_t compatLength;
+    uint8_t compatTail;
 };
 
 // A pair and its primary composite; all 0 in a slot without a pair.
