@@ -3,6 +3,7 @@
 #include <qv/runtime/qv_runtime.hh>
 
 #include <qv/base/qv_stack_trace.hh>
+#include <qv/base/qv_string.hh>
 #include <qv/runtime/qv_obj.hh>
 #include <qv/runtime/qv_version.hh>
 #include <qv/sys/qv_mem.hh>
@@ -53,6 +54,7 @@ constexpr Component components[] = {
     QV___COMPONENT( Timestamp, Stop::inReverse ),
     QV___COMPONENT( Obj, Stop::inReverse ),
     QV___COMPONENT( StackTrace, Stop::inReverse ),
+    QV___COMPONENT( String, Stop::inReverse ),
 };
 
 #undef QV___COMPONENT
