@@ -14,8 +14,8 @@
 
 /* Months count from 1 for January to 12, weekdays from 0 for Monday to 6 for Sunday, nanoseconds of a
  * duration from 0. The arguments of the first two are evaluated twice. */
-#define QV_MONTH_OK( mo ) ( ( mo ) >= 1 && ( mo ) <= 12 )
-#define QV_WEEKDAY_OK( wd ) ( ( wd ) >= 0 && ( wd ) <= 6 )
+#define QV_MONTH_OK( mo )       ( ( mo ) >= 1 && ( mo ) <= 12 )
+#define QV_WEEKDAY_OK( wd )     ( ( wd ) >= 0 && ( wd ) <= 6 )
 #define QV_NANOSECONDS_OK( ns ) ( ( ns ) >= 0 )
 
 QV_BEGIN_DECLS

@@ -16,11 +16,11 @@
 
 typedef QV_INT QV_PATH_FLAGS;
 
-#define QV_PATH_FLAG_DIRECTORY 1      /* names a directory: a trailing separator in the text */
-#define QV_PATH_FLAG_CWD 2            /* begins at the current directory: a leading "." */
-#define QV_PATH_FLAG_FSROOT 4         /* begins at the root of the file system */
-#define QV_PATH_FLAG_WINDOWS_VOLUME 8 /* has a volume letter */
-#define QV_PATH_FLAG_WINDOWS_UNC 16   /* begins with a UNC server */
+#define QV_PATH_FLAG_DIRECTORY      1  /* names a directory: a trailing separator in the text */
+#define QV_PATH_FLAG_CWD            2  /* begins at the current directory: a leading "." */
+#define QV_PATH_FLAG_FSROOT         4  /* begins at the root of the file system */
+#define QV_PATH_FLAG_WINDOWS_VOLUME 8  /* has a volume letter */
+#define QV_PATH_FLAG_WINDOWS_UNC    16 /* begins with a UNC server */
 
 QV_BEGIN_DECLS
 

@@ -28,4 +28,12 @@ void qv___PathFlagsShutdown();
 void qv___PathStartup();
 void qv___PathShutdown();
 
+namespace qv
+{
+
+// A new private path with normalized flags and without Windows parts; it takes over the components.
+QV_PATH *pathCreateFresh( QV_PATH_FLAGS flags, QV_INT up, QV_VECTOR *components );
+
+} // namespace qv
+
 #endif

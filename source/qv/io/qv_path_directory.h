@@ -7,11 +7,11 @@
 
 typedef QV_INT QV_PATH_DIRECTORY_LIST_FLAGS;
 
-#define QV_PATH_DIRECTORY_LIST_FLAG_RECURSIVE 1           /* descend into sub-directories */
-#define QV_PATH_DIRECTORY_LIST_FLAG_RELATIVE 2            /* paths relative to the listed directory */
-#define QV_PATH_DIRECTORY_LIST_FLAG_EXCLUDE_FILES 4       /* no files in the result */
-#define QV_PATH_DIRECTORY_LIST_FLAG_EXCLUDE_DIRECTORIES 8 /* no directories in the result */
-#define QV_PATH_DIRECTORY_LIST_FLAG_SORT 16               /* in the order of paths */
+#define QV_PATH_DIRECTORY_LIST_FLAG_RECURSIVE           1  /* descend into sub-directories */
+#define QV_PATH_DIRECTORY_LIST_FLAG_RELATIVE            2  /* paths relative to the listed directory */
+#define QV_PATH_DIRECTORY_LIST_FLAG_EXCLUDE_FILES       4  /* no files in the result */
+#define QV_PATH_DIRECTORY_LIST_FLAG_EXCLUDE_DIRECTORIES 8  /* no directories in the result */
+#define QV_PATH_DIRECTORY_LIST_FLAG_SORT                16 /* in the order of paths */
 
 QV_BEGIN_DECLS
 

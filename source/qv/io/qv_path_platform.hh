@@ -1,5 +1,5 @@
-#ifndef QV_IO_QV_PATH_FILE_HH
-#define QV_IO_QV_PATH_FILE_HH
+#ifndef QV_IO_QV_PATH_PLATFORM_HH
+#define QV_IO_QV_PATH_PLATFORM_HH
 
 // The lower layer of files, directories and status: the only functions that touch the platform's file system.
 // Each takes a path and yields false or null if the path has no text on this platform, or if the system
