@@ -3,7 +3,10 @@
 #include <qv/runtime/qv_runtime.hh>
 
 #include <qv/base/qv_stack_trace.hh>
+#include <qv/base/qv_buffer.hh>
+#include <qv/base/qv_dict.hh>
 #include <qv/base/qv_string.hh>
+#include <qv/base/qv_vector.hh>
 #include <qv/runtime/qv_obj.hh>
 #include <qv/runtime/qv_version.hh>
 #include <qv/sys/qv_mem.hh>
@@ -55,6 +58,9 @@ constexpr Component components[] = {
     QV___COMPONENT( Obj, Stop::inReverse ),
     QV___COMPONENT( StackTrace, Stop::inReverse ),
     QV___COMPONENT( String, Stop::inReverse ),
+    QV___COMPONENT( Buffer, Stop::inReverse ),
+    QV___COMPONENT( Vector, Stop::inReverse ),
+    QV___COMPONENT( Dict, Stop::inReverse ),
 };
 
 #undef QV___COMPONENT

@@ -21,7 +21,6 @@ using Owned = qv::Local<QV_STRING>;
 
 TEST( StringConvert, ArraysBelongToTheCaller )
 {
-    Owned qvs = text( U"a\u00FC\0\U0001F600" );
     QV_INT length = 0;
     char *ascii = qvStringConvertToAscii( text( "a\u00FC\U0001F600" ), QV_TRUE, &length );
     EXPECT_STREQ( "a??", ascii );
