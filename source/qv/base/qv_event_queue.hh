@@ -8,7 +8,7 @@
 // The inner object, which targets keep. Invariant inside the monitor: dict has exactly the objects of vector as keys; once
 // halted all three are null. At rest the alert is set exactly while vector isn't empty; since it is set after the monitor
 // has been left, it may be set for a moment on a queue that has just been emptied.
-struct qv___EventQueueImp : qv___Obj
+struct qv___EventQueueInner : qv___Obj
 {
     QV_MONITOR *monitor;
     bool halted;

@@ -8,9 +8,9 @@
 #include <qv/base/qv_signalable.h>
 #include <qv/runtime/qv_local.hh>
 
-typedef struct qv___AlertableImp QV___ALERTABLE_IMP;
-typedef struct qv___SignalableImp QV___SIGNALABLE_IMP;
-typedef struct qv___EventQueueImp QV___EVENT_QUEUE_IMP;
+typedef struct qv___AlertableInner QV___ALERTABLE_IMP;
+typedef struct qv___SignalableInner QV___SIGNALABLE_IMP;
+typedef struct qv___EventQueueInner QV___EVENT_QUEUE_IMP;
 
 typedef void ( *qv___TargetFunc )( qvObj closure );
 
@@ -29,11 +29,11 @@ struct qv___Target : qv___Obj
     qvObj closure; // may be null
 };
 
-struct qv___AlertableImp : qv___Target
+struct qv___AlertableInner : qv___Target
 {
 };
 
-struct qv___SignalableImp : qv___Target
+struct qv___SignalableInner : qv___Target
 {
 };
 
