@@ -1,0 +1,116 @@
+#ifndef QV_CHARSET_QV_CHARSET_SIMD_HH
+#define QV_CHARSET_QV_CHARSET_SIMD_HH
+
+// Blocks of ASCII, sixteen characters at a time: with vector instructions where every processor of the platform has them,
+// with whole words elsewhere.
+
+#include <qv/sys/qv_types.h>
+
+#include <bit>
+#include <cstring>
+
+#if defined( __SSE2__ )
+#include <emmintrin.h>
+#endif
+
+namespace qv
+{
+
+inline constexpr QV_INT asciiBlock = 16;
+
+// Little-endian load of four bytes; compilers make one instruction of it.
+inline uint32_t loadFour( const unsigned char *bytes )
+{
+    return static_cast<uint32_t>( bytes[0] ) | static_cast<uint32_t>( bytes[1] ) << 8 |
+           static_cast<uint32_t>( bytes[2] ) << 16 | static_cast<uint32_t>( bytes[3] ) << 24;
+}
+
+#if defined( __SSE2__ )
+
+// Stores a block of bytes as characters, and returns the mask of those that aren't ASCII, lowest bit first.
+inline unsigned widenBlock( const unsigned char *bytes, QV_CHAR *chars )
+{
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i block = _mm_loadu_si128( reinterpret_cast<const __m128i *>( bytes ) );
+    const __m128i low = _mm_unpacklo_epi8( block, zero );
+    const __m128i high = _mm_unpackhi_epi8( block, zero );
+    __m128i *dest = reinterpret_cast<__m128i *>( chars );
+    _mm_storeu_si128( dest, _mm_unpacklo_epi16( low, zero ) );
+    _mm_storeu_si128( dest + 1, _mm_unpackhi_epi16( low, zero ) );
+    _mm_storeu_si128( dest + 2, _mm_unpacklo_epi16( high, zero ) );
+    _mm_storeu_si128( dest + 3, _mm_unpackhi_epi16( high, zero ) );
+    return static_cast<unsigned>( _mm_movemask_epi8( block ) );
+}
+
+// Stores the ASCII characters of a block as bytes, something else in the other places, and returns the mask of those
+// that aren't ASCII, lowest bit first.
+inline unsigned narrowBlock( const QV_CHAR *chars, unsigned char *bytes )
+{
+    const __m128i above = _mm_set1_epi32( ~0x7F );
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i *src = reinterpret_cast<const __m128i *>( chars );
+    const __m128i a = _mm_loadu_si128( src );
+    const __m128i b = _mm_loadu_si128( src + 1 );
+    const __m128i c = _mm_loadu_si128( src + 2 );
+    const __m128i d = _mm_loadu_si128( src + 3 );
+    _mm_storeu_si128( reinterpret_cast<__m128i *>( bytes ),
+                      _mm_packus_epi16( _mm_packs_epi32( a, b ), _mm_packs_epi32( c, d ) ) );
+    const __m128i any = _mm_and_si128( _mm_or_si128( _mm_or_si128( a, b ), _mm_or_si128( c, d ) ), above );
+    if ( _mm_movemask_epi8( _mm_cmpeq_epi32( any, zero ) ) == 0xFFFF )
+        return 0;
+    const __m128i ab = _mm_packs_epi32( _mm_cmpeq_epi32( _mm_and_si128( a, above ), zero ),
+                                        _mm_cmpeq_epi32( _mm_and_si128( b, above ), zero ) );
+    const __m128i cd = _mm_packs_epi32( _mm_cmpeq_epi32( _mm_and_si128( c, above ), zero ),
+                                        _mm_cmpeq_epi32( _mm_and_si128( d, above ), zero ) );
+    return ~static_cast<unsigned>( _mm_movemask_epi8( _mm_packs_epi16( ab, cd ) ) ) & 0xFFFFu;
+}
+
+#else
+
+// The mask of the bytes of a word whose top bit is set, in the order of memory.
+inline unsigned topBits( const unsigned char *bytes )
+{
+    uint64_t word;
+    std::memcpy( &word, bytes, sizeof( word ) );
+    if ( ( word & 0x8080808080808080u ) == 0 )
+        return 0;
+    unsigned mask = 0;
+    for ( unsigned idx = 0; idx < 8; idx++ )
+    {
+        mask |= static_cast<unsigned>( bytes[idx] >> 7 ) << idx;
+    }
+    return mask;
+}
+
+inline unsigned widenBlock( const unsigned char *bytes, QV_CHAR *chars )
+{
+    for ( QV_INT idx = 0; idx < asciiBlock; idx++ )
+    {
+        chars[idx] = bytes[idx];
+    }
+    return topBits( bytes ) | topBits( bytes + 8 ) << 8;
+}
+
+inline unsigned narrowBlock( const QV_CHAR *chars, unsigned char *bytes )
+{
+    QV_CHAR any = 0;
+    for ( QV_INT idx = 0; idx < asciiBlock; idx++ )
+    {
+        any |= chars[idx];
+        bytes[idx] = static_cast<unsigned char>( chars[idx] );
+    }
+    if ( any < 0x80 )
+        return 0;
+    unsigned mask = 0;
+    for ( unsigned idx = 0; idx < asciiBlock; idx++ )
+    {
+        mask |= static_cast<unsigned>( chars[idx] >= 0x80 ) << idx;
+    }
+    return mask;
+}
+
+#endif
+
+} // namespace qv
+
+#endif
