@@ -29,7 +29,7 @@ QV_BUFFER *createFromRange( const QV_BUFFER *src, Bits bitOffset, Bits bitCount 
     return buf.give();
 }
 
-void freeFunc( qvObj thisObj )
+void qv___BufferFreeFunc( qvObj thisObj )
 {
     auto *buf = static_cast<QV_BUFFER *>( thisObj );
     if ( buf->ref )
@@ -39,7 +39,7 @@ void freeFunc( qvObj thisObj )
 }
 
 // Lexicographic by bits: whole bytes first, then the partial byte under a mask of its valid bits.
-QV_INT compareFunc( qvObj thisObj, qvObj thatObj )
+QV_INT qv___BufferCompareFunc( qvObj thisObj, qvObj thatObj )
 {
     auto *bufA = static_cast<QV_BUFFER *>( thisObj );
     auto *bufB = static_cast<QV_BUFFER *>( thatObj );
@@ -72,7 +72,7 @@ QV_CHAR *putHexByte( QV_CHAR *dest, unsigned byte )
 }
 
 // "[12 34 a0/3]": bytes in hexadecimal, a partial byte with the number of its bits.
-QV_STRING *toStringFunc( qvObj thisObj )
+QV_STRING *qv___BufferToStringFunc( qvObj thisObj )
 {
     auto *buf = static_cast<QV_BUFFER *>( thisObj );
     const unsigned char *content = qv::bufferContent( buf );
@@ -102,7 +102,9 @@ QV_STRING *toStringFunc( qvObj thisObj )
 } // namespace
 
 QV_SORT_DEFINE( QV_BUFFER, qvBuffer,
-                { .freeFunc = freeFunc, .compareFunc = compareFunc, .toStringFunc = toStringFunc } )
+                { .freeFunc = qv___BufferFreeFunc,
+                  .compareFunc = qv___BufferCompareFunc,
+                  .toStringFunc = qv___BufferToStringFunc } )
 
 void qv___BufferStartup()
 {

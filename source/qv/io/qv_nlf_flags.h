@@ -7,14 +7,14 @@
 
 /* A set of new-line forms; only the lowest eight bits count. */
 typedef QV_INT QV_NLF_FLAGS;
-#define QV_NLF_FLAG_LF 1   /* U+000A */
-#define QV_NLF_FLAG_CR 2   /* U+000D */
-#define QV_NLF_FLAG_CRLF 4 /* U+000D U+000A, before all others */
-#define QV_NLF_FLAG_NEL 8  /* U+0085 */
-#define QV_NLF_FLAG_VT 16  /* U+000B */
-#define QV_NLF_FLAG_FF 32  /* U+000C */
-#define QV_NLF_FLAG_LS 64  /* U+2028 */
-#define QV_NLF_FLAG_PS 128 /* U+2029 */
+#define QV_NLF_FLAG_LF   1   /* U+000A */
+#define QV_NLF_FLAG_CR   2   /* U+000D */
+#define QV_NLF_FLAG_CRLF 4   /* U+000D U+000A, before all others */
+#define QV_NLF_FLAG_NEL  8   /* U+0085 */
+#define QV_NLF_FLAG_VT   16  /* U+000B */
+#define QV_NLF_FLAG_FF   32  /* U+000C */
+#define QV_NLF_FLAG_LS   64  /* U+2028 */
+#define QV_NLF_FLAG_PS   128 /* U+2029 */
 
 QV_BEGIN_DECLS
 

@@ -6,6 +6,9 @@
 
 #include <qv/io/qv_nlf_flags.h>
 
+// The names of the flags.
+extern QV_FLAGSET *qv___NlfFlagsFlagset;
+
 // The number of code points of the new-line at the start of the range, 0 when none stands there. matchedFlag
 // may be null and receives the one flag that matched, or 0.
 QV_INT qv___NlfFlagsSkipCharsNlf( const QV_CHAR *chs, QV_INT length, QV_NLF_FLAGS flags,
