@@ -4,17 +4,20 @@
 // The store tree as the library's own code sees it: the records of stores and values, and the operations on
 // values with their hints and locations, which the encodings use.
 
+#include <qv/base/qv_dict.hh>
 #include <qv/base/qv_store.h>
+#include <qv/base/qv_vector.hh>
 #include <qv/runtime/qv_obj.hh>
 
 // Hints of a value: what its text was made from. A value that was set from a string has none.
 typedef QV_INT QV___STORE_VALUE_HINTS;
 #define QV___STORE_VALUE_HINT_NULL 1
 #define QV___STORE_VALUE_HINT_BOOL 2
-#define QV___STORE_VALUE_HINT_INT 4
+#define QV___STORE_VALUE_HINT_INT  4
 #define QV___STORE_VALUE_HINT_REAL 8
 
-typedef struct qv___StoreValue QV___STORE_VALUE;
+// The record has a tag of its own, as qv___StoreValue is a function.
+typedef struct qv___StoreValueRecord QV___STORE_VALUE;
 
 // Invariant: hints is normalized; dict is present exactly while QV_STORE_HINT_ARRAY_MANAGED is clear,
 // arrayManaged exactly while it is set. Both hold values and stores only.
@@ -27,7 +30,7 @@ struct qv___Store : qv___Obj
 };
 
 // Invariant: hints is normalized; value is never null.
-struct qv___StoreValue : qv___Obj
+struct qv___StoreValueRecord : qv___Obj
 {
     QV___STORE_VALUE_HINTS hints;
     QV_STRING *value;
@@ -104,5 +107,55 @@ void qv___StoreValueStartup();
 void qv___StoreValueShutdown();
 void qv___StoreStartup();
 void qv___StoreShutdown();
+
+extern "C" {
+extern qv___Sort qv___sort_QV_STORE;
+}
+
+namespace qv
+{
+
+// Entries are values or stores, so whether one is a store tells both.
+inline bool isStore( qvObj entry )
+{
+    return entry->sort == &qv___sort_QV_STORE;
+}
+
+inline bool storeIsManaged( const QV_STORE *store )
+{
+    return ( store->hints & QV_STORE_HINT_ARRAY_MANAGED ) != 0;
+}
+
+inline QV_INT storeLength( const QV_STORE *store )
+{
+    return storeIsManaged( store ) ? vectorLength( store->arrayManaged ) : dictLength( store->dict );
+}
+
+// The entry at a position that is known to be good, borrowed.
+inline qvObj storeEntryBacking( const QV_STORE *store, QV_INT idx )
+{
+    return storeIsManaged( store ) ? vectorAt( store->arrayManaged, idx ) : dictPairs( store->dict )[idx].val;
+}
+
+// The entry at an address or position, borrowed: null for nothing, while a position out of range stops the process.
+qvObj storeEntry( QV_STORE *store, QV_STRING *address );
+qvObj storeEntryAt( QV_STORE *store, QV_INT idx );
+
+// Entries of either kind, which the store retains.
+void storeSetEntry( QV_STORE **store, QV_STRING *address, qvObj entry );
+void storeSetEntryAt( QV_STORE **store, QV_INT idx, qvObj entry );
+void storeInsertEntry( QV_STORE **store, QV_INT idx, qvObj entry );
+
+// The order of two objects that may be absent: an absent one stands first.
+QV_INT compareOptional( qvObj objA, qvObj objB );
+
+// A new store with all its fields, which are handed over.
+QV_STORE *storeFromParts( QV_STORE_HINTS hints, QV_DICT *dict, QV_VECTOR *arrayManaged,
+                          QV_LOCATION *location );
+
+// A new value with all its fields; text and location are handed over, location may be null.
+QV___STORE_VALUE *storeValueFromParts( QV_STRING *text, QV___STORE_VALUE_HINTS hints, QV_LOCATION *location );
+
+} // namespace qv
 
 #endif

@@ -6,22 +6,65 @@
 #include <qv/base/qv_store.hh>
 #include <qv/base/qv_store_encoding.hh>
 
-// Kinds of tokens. A line end is a line break or a comment with its line break.
-#define QV___STORE_TOKEN_LINE_END 0
-#define QV___STORE_TOKEN_WORD 1
-#define QV___STORE_TOKEN_STRING 2
-#define QV___STORE_TOKEN_STORE_BEGIN 3
-#define QV___STORE_TOKEN_STORE_END 4
-#define QV___STORE_TOKEN_ARRAY_BEGIN 5
-#define QV___STORE_TOKEN_ARRAY_END 6
-
-// Writes a store as standard text, its lines ended by one line feed.
+// Writes a store as standard text in UTF-8, its lines ended by one line feed.
 void qv___StoreEncodeStandard( QV_STORE *store, QV_BYTE_SINK *sink );
 
 namespace qv
 {
 
+// Reads standard text; never null. location, that of the first byte, may be null.
 QV_STORE_DECODE_RESULT *decodeStoreStandard( QV_BUFFER *buffer, QV_LOCATION *location );
+
+// The characters of category Cc.
+inline bool isControlChar( QV_CHAR ch )
+{
+    return ch < 0x20 || ch - 0x7F < 0x21;
+}
+
+// Length of the run at the start of a text that has neither a quote nor a backslash nor a control character; with
+// breaks also none of the two line breaks that aren't control characters.
+template <bool breaks> inline QV_INT plainRun( const QV_CHAR *chs, QV_INT length )
+{
+    auto isSpecial = []( QV_CHAR ch ) {
+        bool special = ( ch == '"' ) | ( ch == '\\' ) | ( ch < 0x20 ) | ( ch - 0x7F < 0x21 );
+        if constexpr ( breaks )
+            special |= ( ch | 1 ) == 0x2029;
+        return special;
+    };
+    QV_INT count = 0;
+    // Whole blocks at a time, which the compiler turns into vector code.
+    constexpr QV_INT block = 8;
+    for ( ; count + block <= length; count += block )
+    {
+        bool special = false;
+        for ( QV_INT idx = 0; idx < block; idx++ )
+        {
+            special |= isSpecial( chs[count + idx] );
+        }
+        if ( special )
+            break;
+    }
+    while ( count < length && !isSpecial( chs[count] ) )
+    {
+        count++;
+    }
+    return count;
+}
+
+// Whether a text is an integer exactly as it is printed, with few enough digits to fit one for certain.
+inline bool isPlainInt( const QV_CHAR *chs, QV_INT length )
+{
+    QV_INT first = length > 0 && chs[0] == '-' ? 1 : 0;
+    QV_INT digits = length - first;
+    if ( digits < 1 || digits > 18 || ( chs[first] == '0' && length > 1 ) )
+        return false;
+    for ( QV_INT idx = first; idx < length; idx++ )
+    {
+        if ( chs[idx] - '0' > 9 )
+            return false;
+    }
+    return true;
+}
 
 } // namespace qv
 
