@@ -6,7 +6,7 @@
 #include <qv/charset/qv_charset.h>
 #include <qv/io/qv_location.hh>
 #include <qv/runtime/qv_local.hh>
-#include <qv/unicode/qv_unicode.hh>
+#include <qv/unicode/qv_unicode_lookups.hh>
 
 extern "C" {
 extern qv___Sort qv___sort_QV_LOCATION;
@@ -66,7 +66,7 @@ bool isWhiteSpace( QV_CHAR ch )
 {
     if ( ch < 0x80 )
         return ch == ' ' || ch - 0x09 < 5;
-    return qvUnicodeIsWhiteSpace( ch );
+    return qv___UnicodeWhiteSpaceDbLookup( ch );
 }
 
 Place placeOf( const Reader *reader, const QV_CHAR *chs )
@@ -311,20 +311,17 @@ QV_STRING *textOfShared( QV___STORE_VALUE *value )
     return qv::retained( value->value );
 }
 
-QV_STRING *textOfInt( QV_INT number )
-{
-    qv::Local<QV___STORE_VALUE> value( qv___StoreValueCreateInt( number ) );
-    return textOfShared( value );
-}
-
-// The value of a word that may be a number; hints get what it is.
+// The text of a word as a value, with the hints of what it is: the general way, for words that may be numbers.
 QV_STRING *numberText( const QV_CHAR *chs, QV_INT length, QV___STORE_VALUE_HINTS *hints )
 {
     QV_INT consumed;
     QV_INT integer;
     *hints = QV___STORE_VALUE_HINT_INT;
     if ( qvFormatTryDecodeIntChars( chs, length, 10, &integer, &consumed ) && consumed == length )
-        return textOfInt( integer );
+    {
+        qv::Local<QV___STORE_VALUE> value( qv___StoreValueCreateInt( integer ) );
+        return textOfShared( value );
+    }
     double real;
     *hints = QV___STORE_VALUE_HINT_REAL;
     if ( qvFormatTryDecodeRealChars( chs, length, 10, &real, &consumed ) && consumed == length )
@@ -333,13 +330,16 @@ QV_STRING *numberText( const QV_CHAR *chs, QV_INT length, QV___STORE_VALUE_HINTS
     return textOf( chs, length );
 }
 
-// The text of a word as a value, with the hints of what it is.
 QV_STRING *wordText( const QV_CHAR *chs, QV_INT length, QV___STORE_VALUE_HINTS *hints )
 {
     if ( qv::isPlainInt( chs, length ) )
     {
         *hints = QV___STORE_VALUE_HINT_INT;
-        return length > 2 ? textOf( chs, length ) : textOfInt( chs[0] == '-' ? '0' - (QV_INT)chs[1] : 0 );
+        if ( equalsLiteral( chs, length, "0" ) )
+            return textOfShared( qv___StoreValueIntZero );
+        if ( equalsLiteral( chs, length, "-1" ) )
+            return textOfShared( qv___StoreValueIntMinusOne );
+        return textOf( chs, length );
     }
     bool isLetter = ( chs[0] | 0x20 ) - 'a' < 26;
     if ( !isLetter )
@@ -356,4 +356,186 @@ QV_STRING *wordText( const QV_CHAR *chs, QV_INT length, QV___STORE_VALUE_HINTS *
     return textOf( chs, length );
 }
 
+QV___STORE_VALUE *qv___StoreDecodeStandardParseWord( const Reader *reader, const Token *word )
+{
+    QV___STORE_VALUE_HINTS hints;
+    QV_STRING *text = wordText( word->chs, word->length, &hints );
+    return qv::storeValueFromParts( text, hints, createLocation( reader, word->place ) );
+}
+
+QV_STORE *qv___StoreDecodeStandardStoreMembers( Reader *reader, Place place, bool topLevel, QV_INT maxDepth );
+QV_STORE *qv___StoreDecodeStandardArrayItems( Reader *reader, Place place, QV_INT maxDepth );
+
+// The value or store that begins with a token; null if the store can't be read. Any other token has its own meaning to
+// each caller.
+qvObj entryOfToken( Reader *reader, const Token *token, QV_INT maxDepth )
+{
+    switch ( token->kind )
+    {
+    case TokenKind::word:
+        return qv___StoreDecodeStandardParseWord( reader, token );
+    case TokenKind::string:
+        return qv::storeValueFromParts( stringText( token ), 0, createLocation( reader, token->place ) );
+    case TokenKind::storeBegin:
+        return qv___StoreDecodeStandardStoreMembers( reader, token->place, false, maxDepth - 1 );
+    default:
+        return qv___StoreDecodeStandardArrayItems( reader, token->place, maxDepth - 1 );
+    }
+}
+
+// Reads an address and enters it.
+bool readAddress( Reader *reader, qv::EntryLevel *level )
+{
+    Token token;
+    if ( !qv___StoreDecodeStandardToken( reader, &token ) )
+        return false;
+    if ( token.kind != TokenKind::word )
+        return failAtPlace( reader, QV_STORE_DECODE_ERROR_CODE_UNEXPECTED, token.place );
+    if ( qv___StoreAddressSkip( token.chs, token.length ) != token.length )
+        return failAtPlace( reader, QV_STORE_DECODE_ERROR_CODE_ADDRESS, token.place );
+    if ( !level->addAddress( token.chs, token.length ) )
+        return failAtPlace( reader, QV_STORE_DECODE_ERROR_CODE_DUPLICATE, token.place );
+    return true;
+}
+
+// Reads the value of the address that was entered last.
+bool readMemberValue( Reader *reader, qv::EntryLevel *level, QV_INT maxDepth )
+{
+    qv___StoreDecodeStandardSkipWs( reader );
+    Token token;
+    if ( !qv___StoreDecodeStandardToken( reader, &token ) )
+        return false;
+    if ( token.kind == TokenKind::lineEnd )
+        return failAt( reader, QV_STORE_DECODE_ERROR_CODE_NLF, reader->at );
+    if ( token.kind == TokenKind::storeEnd || token.kind == TokenKind::arrayEnd )
+        return failAt( reader, QV_STORE_DECODE_ERROR_CODE_UNEXPECTED, reader->at );
+    qvObj entry = entryOfToken( reader, &token, maxDepth );
+    if ( !entry )
+        return false;
+    level->setValue( entry );
+    return true;
+}
+
+// Reads members up to the end of the store, which is the end of the text at top level.
+bool readMembers( Reader *reader, qv::EntryLevel *level, bool topLevel, QV_INT maxDepth )
+{
+    for ( ;; )
+    {
+        skipWsAndLineEnds( reader );
+        if ( topLevel && reader->at == reader->end )
+            return true;
+        if ( !topLevel && reader->at < reader->end && *reader->at == '}' )
+        {
+            reader->at++;
+            return true;
+        }
+        if ( !readAddress( reader, level ) || !readMemberValue( reader, level, maxDepth ) )
+            return false;
+
+        // Behind a value stands the end of its line or of the store.
+        qv___StoreDecodeStandardSkipWs( reader );
+        if ( topLevel && reader->at == reader->end )
+            return true;
+        Token token;
+        if ( !qv___StoreDecodeStandardToken( reader, &token ) )
+            return false;
+        if ( token.kind == TokenKind::storeEnd && !topLevel )
+            return true;
+        if ( token.kind != TokenKind::lineEnd )
+            return failAtPlace( reader, QV_STORE_DECODE_ERROR_CODE_UNEXPECTED, token.place );
+    }
+}
+
+// Reads the members of a store, up to its closing brace unless it is the top level. place is that of its first token.
+QV_STORE *qv___StoreDecodeStandardStoreMembers( Reader *reader, Place place, bool topLevel, QV_INT maxDepth )
+{
+    if ( maxDepth == 0 )
+    {
+        failAt( reader, QV_STORE_DECODE_ERROR_CODE_DEPTH, reader->at );
+        return nullptr;
+    }
+    qv::EntryLevel level( &reader->entries );
+    if ( !readMembers( reader, &level, topLevel, maxDepth ) )
+        return nullptr;
+    return qv::storeFromParts( 0, level.takeDict(), nullptr, createLocation( reader, place ) );
+}
+
+bool readItems( Reader *reader, qv::EntryLevel *level, QV_INT maxDepth )
+{
+    for ( ;; )
+    {
+        skipWsAndLineEnds( reader );
+        Token token;
+        if ( !qv___StoreDecodeStandardToken( reader, &token ) )
+            return false;
+        if ( token.kind == TokenKind::arrayEnd )
+            return true;
+        if ( token.kind == TokenKind::storeEnd )
+            return failAt( reader, QV_STORE_DECODE_ERROR_CODE_UNEXPECTED, reader->at );
+        qvObj entry = entryOfToken( reader, &token, maxDepth );
+        if ( !entry )
+            return false;
+        level->addItem( entry );
+    }
+}
+
+// Reads the items of an array up to its closing bracket. place is that of its opening one.
+QV_STORE *qv___StoreDecodeStandardArrayItems( Reader *reader, Place place, QV_INT maxDepth )
+{
+    if ( maxDepth == 0 )
+    {
+        failAt( reader, QV_STORE_DECODE_ERROR_CODE_DEPTH, reader->at );
+        return nullptr;
+    }
+    qv::EntryLevel level( &reader->entries );
+    if ( !readItems( reader, &level, maxDepth ) )
+        return nullptr;
+    return qv::storeFromParts( QV_STORE_HINT_ARRAY | QV_STORE_HINT_ARRAY_MANAGED, nullptr, level.takeItems(),
+                               createLocation( reader, place ) );
+}
+
+// Reads the whole text; null on a failure.
+QV_STORE *readRoot( Reader *reader )
+{
+    skipWsAndLineEnds( reader );
+    if ( reader->at == reader->end )
+        return qvStoreCreate();
+    Place place = placeOf( reader, reader->at );
+    QV_CHAR first = *reader->at;
+    if ( first == '}' || first == ']' )
+    {
+        failAtPlace( reader, QV_STORE_DECODE_ERROR_CODE_UNEXPECTED, place );
+        return nullptr;
+    }
+    if ( first != '{' && first != '[' )
+        return qv___StoreDecodeStandardStoreMembers( reader, place, true, depthBudget );
+    reader->at++;
+    qv::Local<QV_STORE> root( first == '{'
+                                  ? qv___StoreDecodeStandardStoreMembers( reader, place, false, depthBudget )
+                                  : qv___StoreDecodeStandardArrayItems( reader, place, depthBudget ) );
+    if ( !root )
+        return nullptr;
+    skipWsAndLineEnds( reader );
+    if ( reader->at < reader->end )
+    {
+        failAt( reader, QV_STORE_DECODE_ERROR_CODE_TRAILING, reader->at );
+        return nullptr;
+    }
+    return root.give();
+}
+
 } // namespace
+
+QV_STORE_DECODE_RESULT *qv::decodeStoreStandard( QV_BUFFER *buffer, QV_LOCATION *location )
+{
+    Local<QV_STRING> text( qvCharsetTryConvertBufferToStringWithFlags(
+        QV_CHARSET_UTF_8, buffer, QV_CHARSET_FLAG_ABORT_ON_INVALID_CHARACTER ) );
+    if ( !text )
+        return storeDecodeFailure( QV_STORE_DECODE_ERROR_CODE_CHARSET, nullptr );
+    const QV_CHAR *begin = stringBacking( text );
+    Reader reader = { begin, begin + stringLength( text ), begin, 0, location, {}, nullptr };
+    Local<QV_STORE> store( readRoot( &reader ) );
+    if ( !store )
+        return reader.failure;
+    return qvStoreDecodeResultCreateSuccess( store, nullptr );
+}

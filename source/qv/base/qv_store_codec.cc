@@ -1,0 +1,35 @@
+#include <qv/base/qv_store_encoding.hh>
+#include <qv/base/qv_store_standard.hh>
+
+namespace
+{
+
+// The encodings that the library has, in the order in which bytes of an unknown one are tried.
+constexpr qv::StoreCodec codecs[] = {
+    { QV_STORE_ENCODING_HEADERLESS_STANDARD, qv___StoreEncodeStandard, qv::decodeStoreStandard, nullptr,
+      nullptr },
+};
+
+} // namespace
+
+const qv::StoreCodec *qv::storeCodec( QV_STORE_ENCODING enc )
+{
+    for ( const StoreCodec &codec : codecs )
+    {
+        if ( codec.encoding == enc )
+            return &codec;
+    }
+    return nullptr;
+}
+
+QV_STORE_DECODE_RESULT *qv::detectStore( QV_BUFFER *buffer, QV_LOCATION *location )
+{
+    for ( const StoreCodec &codec : codecs )
+    {
+        QV_STORE_DECODE_RESULT *result = codec.decode( buffer, location );
+        if ( qvStoreDecodeResultIsSuccess( result ) )
+            return result;
+        qvStoreDecodeResultRelease( result );
+    }
+    return nullptr;
+}
