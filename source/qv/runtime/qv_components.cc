@@ -2,9 +2,9 @@
 
 #include <qv/runtime/qv_runtime.hh>
 
-#include <qv/base/qv_stack_trace.hh>
 #include <qv/base/qv_buffer.hh>
 #include <qv/base/qv_dict.hh>
+#include <qv/base/qv_stack_trace.hh>
 #include <qv/base/qv_string.hh>
 #include <qv/base/qv_vector.hh>
 #include <qv/runtime/qv_obj.hh>
