@@ -2,8 +2,13 @@
 
 #include <qv/runtime/qv_runtime.hh>
 
+#include <qv/base/qv_boxed_bool.hh>
+#include <qv/base/qv_boxed_null.hh>
 #include <qv/base/qv_buffer.hh>
 #include <qv/base/qv_dict.hh>
+#include <qv/base/qv_format.hh>
+#include <qv/base/qv_generation.hh>
+#include <qv/base/qv_random.hh>
 #include <qv/base/qv_stack_trace.hh>
 #include <qv/base/qv_string.hh>
 #include <qv/base/qv_vector.hh>
@@ -61,6 +66,12 @@ constexpr Component components[] = {
     QV___COMPONENT( Buffer, Stop::inReverse ),
     QV___COMPONENT( Vector, Stop::inReverse ),
     QV___COMPONENT( Dict, Stop::inReverse ),
+    QV___COMPONENT( Generation, Stop::inReverse ),
+    QV___COMPONENT( FormatFlags, Stop::inReverse ),
+    QV___COMPONENT( Format, Stop::inReverse ),
+    QV___COMPONENT( BoxedNull, Stop::inReverse ),
+    QV___COMPONENT( BoxedBool, Stop::inReverse ),
+    QV___COMPONENT( Random, Stop::inReverse ),
 };
 
 #undef QV___COMPONENT

@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include <qv/base/qv_counter.h>
+#include <qv/base/qv_generation.h>
+
+#include "support/text.hh"
+
+namespace
+{
+
+using test::takeUtf8;
+
+TEST( Generation, PathsAndOrder )
+{
+    qv::Local<QV_GENERATION> root( qvGenerationCreate() );
+    qv::Local<QV_GENERATION> nextRoot( qvGenerationCreate() );
+    qv::Local<QV_GENERATION> child( qvGenerationCreateWithParent( root ) );
+    qv::Local<QV_GENERATION> sibling( qvGenerationCreateWithParent( root ) );
+    qv::Local<QV_GENERATION> grandchild( qvGenerationCreateWithParent( child ) );
+    std::string path = takeUtf8( qvGenerationToString( root ) );
+    EXPECT_EQ( takeUtf8( qvGenerationToString( nextRoot ) ), std::to_string( std::stoll( path ) + 1 ) );
+    EXPECT_EQ( takeUtf8( qvGenerationToString( child ) ), path + ":0" );
+    EXPECT_EQ( takeUtf8( qvGenerationToString( sibling ) ), path + ":1" );
+    EXPECT_EQ( takeUtf8( qvGenerationToString( grandchild ) ), path + ":0:0" );
+
+    QV_GENERATION *inOrder[] = { root, child, grandchild, sibling, nextRoot };
+    for ( int older = 0; older < 5; older++ )
+    {
+        for ( int younger = 0; younger < 5; younger++ )
+        {
+            EXPECT_EQ( qvGenerationIsOlder( inOrder[older], inOrder[younger] ), older < younger );
+            EXPECT_EQ( qvGenerationIsYounger( inOrder[older], inOrder[younger] ), older > younger );
+        }
+    }
+}
+
+TEST( Generation, Kinship )
+{
+    qv::Local<QV_GENERATION> root( qvGenerationCreate() );
+    qv::Local<QV_GENERATION> child( qvGenerationCreateWithParent( root ) );
+    qv::Local<QV_GENERATION> grandchild( qvGenerationCreateWithParent( child ) );
+    EXPECT_FALSE( qvGenerationHasParent( root ) );
+    EXPECT_EQ( qvGenerationParent( root ), nullptr );
+    qv::Local<QV_GENERATION> parent( qvGenerationParent( grandchild ) );
+    EXPECT_EQ( (QV_GENERATION *)parent, (QV_GENERATION *)child );
+    EXPECT_TRUE( qvGenerationIsParent( root, child ) );
+    EXPECT_FALSE( qvGenerationIsParent( root, grandchild ) );
+    EXPECT_FALSE( qvGenerationIsParent( child, root ) );
+    EXPECT_TRUE( qvGenerationIsChild( child, root ) );
+    EXPECT_TRUE( qvGenerationIsAncestor( root, grandchild ) );
+    EXPECT_FALSE( qvGenerationIsAncestor( root, root ) );
+    EXPECT_FALSE( qvGenerationIsAncestor( grandchild, root ) );
+    EXPECT_TRUE( qvGenerationIsDescendant( grandchild, root ) );
+    EXPECT_FALSE( qvGenerationIsDescendant( root, grandchild ) );
+    EXPECT_DEATH( qvGenerationCreateWithParent( nullptr ), "parentGeneration" );
+}
+
+TEST( Generation, NumbersOfChildrenAreUniqueAcrossThreads )
+{
+    qv::Local<QV_GENERATION> root( qvGenerationCreate() );
+    constexpr int each = 200;
+    std::vector<QV_GENERATION *> children( 4 * each );
+    std::vector<std::thread> threads;
+    for ( size_t worker = 0; worker < 4; worker++ )
+    {
+        threads.emplace_back( [&, worker] {
+            for ( size_t idx = 0; idx < each; idx++ )
+            {
+                children[worker * each + idx] = qvGenerationCreateWithParent( root );
+            }
+        } );
+    }
+    for ( std::thread &thread : threads )
+    {
+        thread.join();
+    }
+    std::vector<bool> seen( children.size(), false );
+    for ( QV_GENERATION *child : children )
+    {
+        std::string path = takeUtf8( qvGenerationToString( child ) );
+        size_t number = std::stoul( path.substr( path.find( ':' ) + 1 ) );
+        ASSERT_LT( number, seen.size() );
+        EXPECT_FALSE( seen[number] );
+        seen[number] = true;
+        qvGenerationRelease( child );
+    }
+}
+
+TEST( Generation, Registry )
+{
+    qv::Local<QV_GENERATION> root( qvGenerationCreate() );
+    qv::Local<QV_GENERATION> child( qvGenerationCreateWithParent( root ) );
+    qv::Local<QV_GENERATION> grandchild( qvGenerationCreateWithParent( child ) );
+    qv::Local<QV_GENERATION_MUTEX> mutex( qvGenerationMutexCreate() );
+    EXPECT_TRUE( qvGenerationMutexTryRegister( mutex, child ) );
+    EXPECT_FALSE( qvGenerationMutexTryRegister( mutex, child ) );
+    EXPECT_FALSE( qvGenerationMutexTryRegister( mutex, grandchild ) );
+    EXPECT_TRUE( qvGenerationMutexTryRegister( mutex, root ) ) << "an ancestor may join later";
+    qvGenerationMutexUnregister( mutex, child );
+    qvGenerationMutexUnregister( mutex, child );
+    EXPECT_FALSE( qvGenerationMutexTryRegister( mutex, grandchild ) );
+    qvGenerationMutexUnregister( mutex, root );
+    EXPECT_TRUE( qvGenerationMutexTryRegister( mutex, grandchild ) );
+}
+
+TEST( Counter, WaitsForZero )
+{
+    qv::Local<QV_COUNTER> ctr( qvCounterCreate() );
+    qvCounterWaitZero( ctr );
+    EXPECT_TRUE( qvCounterWaitZeroTimed( ctr, 0 ) );
+    qvCounterIncrement( ctr );
+    qvCounterIncrement( ctr );
+    EXPECT_EQ( qvCounterValue( ctr ), 2 );
+    EXPECT_FALSE( qvCounterWaitZeroTimed( ctr, 1 ) );
+    std::atomic<bool> lastComes = false;
+    std::atomic<bool> passedTooEarly = false;
+    std::thread waiter( [&] {
+        qvCounterWaitZero( ctr );
+        passedTooEarly = !lastComes;
+    } );
+    qvCounterDecrement( ctr );
+    std::this_thread::sleep_for( std::chrono::milliseconds( 20 ) );
+    lastComes = true;
+    qvCounterDecrement( ctr );
+    waiter.join();
+    EXPECT_FALSE( passedTooEarly );
+    EXPECT_TRUE( qvCounterWaitZeroTimed( ctr, -1 ) );
+    EXPECT_DEATH( qvCounterDecrement( ctr ), "value > 0" );
+}
+
+} // namespace
