@@ -33,19 +33,20 @@ QV_SORT_DEFINE( QV_STRING, qvString,
                   .compareFunc = qv___StringCompareFunc,
                   .toStringFunc = qv___StringToStringFunc } )
 
-static QV_STRING *createFresh()
+// A record with an inline text of up to 64 code points, not filled.
+static inline QV_STRING *createInline( QV_INT length )
 {
     auto *qvs = qv::create<QV_STRING>( &qv___sort_QV_STRING );
-    qvs->length = 0;
+    qvs->length = length;
     qvs->fspace = 0;
-    qvs->bspace = QV___STRING_INLINE;
+    qvs->bspace = QV___STRING_INLINE - length;
     qvs->chars = qvs->inlineChars;
     return qvs;
 }
 
 void qv___StringStartup()
 {
-    qv___StringEmpty = createFresh();
+    qv___StringEmpty = createInline( 0 );
 }
 
 void qv___StringShutdown()
@@ -55,7 +56,9 @@ void qv___StringShutdown()
 
 QV_STRING *qv::stringCreateUnfilled( QV_INT length )
 {
-    QV_STRING *qvs = createFresh();
+    if ( length <= QV___STRING_INLINE )
+        return createInline( length );
+    QV_STRING *qvs = createInline( 0 );
     qv___StringMakeRoom( qvs, 0, length );
     return qvs;
 }
@@ -84,7 +87,7 @@ QV_STRING *qvStringCreateFromCharsUse( QV_CHAR *src, QV_INT srcLength )
     QV_CHECK( qvCharsAllOk( src, srcLength ) );
     if ( srcLength == 0 )
         return qvStringCreate();
-    QV_STRING *qvs = createFresh();
+    QV_STRING *qvs = createInline( 0 );
     qvs->chars = src;
     qvs->length = srcLength;
     qvs->bspace = 0;

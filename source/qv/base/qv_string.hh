@@ -109,23 +109,39 @@ inline QV_CHAR *stringOpenEnd( QV_STRING **dest, QV_INT count )
     return stringOpenGap( dest, qvs->length, count );
 }
 
-// stringOpenGap at the front, for runs of prepends.
-inline QV_CHAR *stringOpenFront( QV_STRING **dest, QV_INT count )
-{
-    QV_STRING *qvs = *dest;
-    if ( qvs->fspace >= count && !isShared( qvs ) )
-    {
-        qvs->length += count;
-        qvs->fspace -= count;
-        return qvs->chars + qvs->fspace;
-    }
-    return stringOpenGap( dest, 0, count );
-}
+// The forms below in full, for what their quick paths leave.
+void stringAppendCharSlowly( QV_STRING **dest, QV_CHAR ch );
+void stringPrependCharSlowly( QV_STRING **dest, QV_CHAR ch );
 
 // Appends a code point that is known to be valid.
-inline void stringAppendChar( QV_STRING **dest, QV_CHAR ch )
+[[gnu::always_inline]] inline void stringAppendChar( QV_STRING **dest, QV_CHAR ch )
 {
-    *stringOpenEnd( dest, 1 ) = ch;
+    QV_STRING *qvs = *dest;
+    QV_INT length = qvs->length;
+    QV_INT bspace = qvs->bspace;
+    if ( bspace == 0 || length == 0 || isShared( qvs ) )
+    {
+        stringAppendCharSlowly( dest, ch );
+        return;
+    }
+    qvs->chars[qvs->fspace + length] = ch;
+    qvs->length = length + 1;
+    qvs->bspace = bspace - 1;
+}
+
+// Prepends a code point that is known to be valid.
+[[gnu::always_inline]] inline void stringPrependChar( QV_STRING **dest, QV_CHAR ch )
+{
+    QV_STRING *qvs = *dest;
+    QV_INT fspace = qvs->fspace;
+    if ( fspace == 0 || isShared( qvs ) )
+    {
+        stringPrependCharSlowly( dest, ch );
+        return;
+    }
+    qvs->chars[fspace - 1] = ch;
+    qvs->fspace = fspace - 1;
+    qvs->length++;
 }
 
 // Appends code points that are known to be valid and don't lie inside *dest.

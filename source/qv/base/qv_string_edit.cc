@@ -184,7 +184,7 @@ void qvStringPrependChar( QV_STRING **qvs, QV_CHAR ch )
     QV_CHECK( qvs );
     QV_CHECK( *qvs );
     QV_CHECK( QV_CHAR_OK( ch ) );
-    *qv::stringOpenFront( qvs, 1 ) = ch;
+    qv::stringPrependChar( qvs, ch );
 }
 
 void qvStringAppendChar( QV_STRING **qvs, QV_CHAR ch )
@@ -192,7 +192,7 @@ void qvStringAppendChar( QV_STRING **qvs, QV_CHAR ch )
     QV_CHECK( qvs );
     QV_CHECK( *qvs );
     QV_CHECK( QV_CHAR_OK( ch ) );
-    *qv::stringOpenEnd( qvs, 1 ) = ch;
+    qv::stringAppendChar( qvs, ch );
 }
 
 void qvStringInsertCharRun( QV_STRING **qvs, QV_INT idx, QV_CHAR ch, QV_INT count )

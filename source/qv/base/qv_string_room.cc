@@ -163,3 +163,13 @@ QV_CHAR *qv::stringOpenGap( QV_STRING **dest, QV_INT idx, QV_INT count )
     replaceWith( dest, fresh );
     return gap;
 }
+
+[[gnu::noinline]] void qv::stringAppendCharSlowly( QV_STRING **dest, QV_CHAR ch )
+{
+    *stringOpenGap( dest, ( *dest )->length, 1 ) = ch;
+}
+
+[[gnu::noinline]] void qv::stringPrependCharSlowly( QV_STRING **dest, QV_CHAR ch )
+{
+    *stringOpenGap( dest, 0, 1 ) = ch;
+}
