@@ -158,9 +158,9 @@ QV_STORE *qv::storeFromParts( QV_STORE_HINTS hints, QV_DICT *dict, QV_VECTOR *ar
 QV_STORE *qvStoreCreateFrom( QV_STORE *source )
 {
     QV_CHECK( source );
-    return qv::storeFromParts( source->hints, qv::Local<QV_DICT>::share( source->dict ).give(),
-                               qv::Local<QV_VECTOR>::share( source->arrayManaged ).give(),
-                               qv::Local<QV_LOCATION>::share( source->location ).give() );
+    return qv::storeFromParts( source->hints, qv::retainedOptional( source->dict ),
+                               qv::retainedOptional( source->arrayManaged ),
+                               qv::retainedOptional( source->location ) );
 }
 
 QV_STORE_HINTS qvStoreHints( QV_STORE *store )
@@ -213,7 +213,7 @@ QV_STRING *qvStoreAddressAt( QV_STORE *store, QV_INT idx )
 QV_LOCATION *qvStoreLocation( QV_STORE *store )
 {
     QV_CHECK( store );
-    return qv::Local<QV_LOCATION>::share( store->location ).give();
+    return qv::retainedOptional( store->location );
 }
 
 QV_BOOL qvStoreHasLocation( QV_STORE *store )

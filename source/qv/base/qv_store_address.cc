@@ -30,7 +30,7 @@ void setGivenValue( QV_STORE **store, QV_STRING *address, QV___STORE_VALUE *give
 
 QV___STORE_VALUE *qv___StoreValue( QV_STORE *store, QV_STRING *address )
 {
-    return qv::Local<QV___STORE_VALUE>::share( asValue( qv::storeEntry( store, address ) ) ).give();
+    return qv::retainedOptional( asValue( qv::storeEntry( store, address ) ) );
 }
 
 QV_BOOL qv___StoreHasValue( QV_STORE *store, QV_STRING *address )
@@ -95,7 +95,7 @@ QV_BOOL qvStoreHasValue( QV_STORE *store, QV_STRING *address )
 
 QV_STORE *qvStoreStore( QV_STORE *store, QV_STRING *address )
 {
-    return qv::Local<QV_STORE>::share( asStore( qv::storeEntry( store, address ) ) ).give();
+    return qv::retainedOptional( asStore( qv::storeEntry( store, address ) ) );
 }
 
 QV_BOOL qvStoreHasStore( QV_STORE *store, QV_STRING *address )

@@ -46,7 +46,7 @@ QV_INT endOf( QV_STORE **store )
 
 QV___STORE_VALUE *qv___StoreValueAt( QV_STORE *store, QV_INT idx )
 {
-    return qv::Local<QV___STORE_VALUE>::share( valueAt( store, idx ) ).give();
+    return qv::retainedOptional( valueAt( store, idx ) );
 }
 
 QV_BOOL qv___StoreHasValueAt( QV_STORE *store, QV_INT idx )
@@ -111,7 +111,7 @@ QV_BOOL qvStoreValueRealAt( QV_STORE *store, double *out, QV_INT idx )
 
 QV_STORE *qvStoreStoreAt( QV_STORE *store, QV_INT idx )
 {
-    return qv::Local<QV_STORE>::share( storeAt( store, idx ) ).give();
+    return qv::retainedOptional( storeAt( store, idx ) );
 }
 
 QV_BOOL qvStoreHasValueAt( QV_STORE *store, QV_INT idx )

@@ -67,12 +67,6 @@ QV_STORE_DECODE_ERROR *createError( QV_STORE_DECODE_ERROR_CODE code, QV_LOCATION
     return err;
 }
 
-// A new reference, or null.
-template <typename T> T *shared( T *optional )
-{
-    return qv::Local<T>::share( optional ).give();
-}
-
 } // namespace
 
 void qv___StoreDecodeErrorFreeFunc( qvObj thisObj )
@@ -87,7 +81,7 @@ void qv___StoreDecodeErrorFreeFunc( qvObj thisObj )
 QV_STORE_DECODE_ERROR *qvStoreDecodeErrorCreate( QV_STORE_DECODE_ERROR_CODE code, QV_LOCATION *location )
 {
     QV_CHECK( QV_STORE_DECODE_ERROR_CODE_OK( code ) );
-    return createError( code, shared( location ) );
+    return createError( code, qv::retainedOptional( location ) );
 }
 
 QV_STORE_DECODE_ERROR *qvStoreDecodeErrorCreateWithHeaderDecodeError( QV_HEADER_DECODE_ERROR *err )
@@ -119,7 +113,7 @@ QV_STORE_DECODE_ERROR_CODE qvStoreDecodeErrorCode( QV_STORE_DECODE_ERROR *err )
 QV_LOCATION *qvStoreDecodeErrorLocation( QV_STORE_DECODE_ERROR *err )
 {
     QV_CHECK( err );
-    return shared( err->location );
+    return qv::retainedOptional( err->location );
 }
 
 QV_BOOL qvStoreDecodeErrorHasLocation( QV_STORE_DECODE_ERROR *err )
@@ -131,7 +125,7 @@ QV_BOOL qvStoreDecodeErrorHasLocation( QV_STORE_DECODE_ERROR *err )
 QV_HEADER_DECODE_ERROR *qvStoreDecodeErrorHeaderDecodeError( QV_STORE_DECODE_ERROR *err )
 {
     QV_CHECK( err );
-    return shared( err->headerDecodeError );
+    return qv::retainedOptional( err->headerDecodeError );
 }
 
 QV_BOOL qvStoreDecodeErrorHasHeaderDecodeError( QV_STORE_DECODE_ERROR *err )
@@ -143,7 +137,7 @@ QV_BOOL qvStoreDecodeErrorHasHeaderDecodeError( QV_STORE_DECODE_ERROR *err )
 QV_JSON_DECODE_ERROR *qvStoreDecodeErrorJsonDecodeError( QV_STORE_DECODE_ERROR *err )
 {
     QV_CHECK( err );
-    return shared( err->jsonDecodeError );
+    return qv::retainedOptional( err->jsonDecodeError );
 }
 
 QV_BOOL qvStoreDecodeErrorHasJsonDecodeError( QV_STORE_DECODE_ERROR *err )
@@ -195,7 +189,7 @@ QV_STORE_DECODE_RESULT *qvStoreDecodeResultCreateSuccess( QV_STORE *store, QV_ST
     QV_CHECK( store );
     auto *result = qv::create<QV_STORE_DECODE_RESULT>( qvStoreDecodeResultSort() );
     result->store = qv::retained( store );
-    result->header = shared( header );
+    result->header = qv::retainedOptional( header );
     result->error = nullptr;
     return result;
 }
@@ -231,7 +225,7 @@ QV_BOOL qvStoreDecodeResultIsError( QV_STORE_DECODE_RESULT *result )
 QV_STORE *qvStoreDecodeResultStore( QV_STORE_DECODE_RESULT *result )
 {
     QV_CHECK( result );
-    return shared( result->store );
+    return qv::retainedOptional( result->store );
 }
 
 QV_BOOL qvStoreDecodeResultHasStore( QV_STORE_DECODE_RESULT *result )
@@ -243,7 +237,7 @@ QV_BOOL qvStoreDecodeResultHasStore( QV_STORE_DECODE_RESULT *result )
 QV_STORE_HEADER *qvStoreDecodeResultHeader( QV_STORE_DECODE_RESULT *result )
 {
     QV_CHECK( result );
-    return shared( result->header );
+    return qv::retainedOptional( result->header );
 }
 
 QV_BOOL qvStoreDecodeResultHasHeader( QV_STORE_DECODE_RESULT *result )
@@ -255,7 +249,7 @@ QV_BOOL qvStoreDecodeResultHasHeader( QV_STORE_DECODE_RESULT *result )
 QV_STORE_DECODE_ERROR *qvStoreDecodeResultError( QV_STORE_DECODE_RESULT *result )
 {
     QV_CHECK( result );
-    return shared( result->error );
+    return qv::retainedOptional( result->error );
 }
 
 QV_BOOL qvStoreDecodeResultHasError( QV_STORE_DECODE_RESULT *result )

@@ -185,7 +185,7 @@ QV_BOOL qv___StoreValueValueReal( QV___STORE_VALUE *value, double *out )
 QV_LOCATION *qv___StoreValueLocation( QV___STORE_VALUE *value )
 {
     QV_CHECK( value );
-    return qv::Local<QV_LOCATION>::share( value->location ).give();
+    return qv::retainedOptional( value->location );
 }
 
 QV_BOOL qv___StoreValueHasLocation( QV___STORE_VALUE *value )

@@ -18,12 +18,6 @@ namespace
 
 constexpr QV_INT separatorLength = 72;
 
-// A new reference, or null.
-template <typename T> T *shared( T *optional )
-{
-    return qv::Local<T>::share( optional ).give();
-}
-
 void appendSeparator( QV_STRING **text )
 {
     qvStringAppendCharRun( text, '=', separatorLength );
@@ -63,7 +57,7 @@ QV_HEADER *qvHeaderCreateFrom( QV_HEADER *source )
     QV_CHECK( source );
     auto *hdr = qv::create<QV_HEADER>( qvHeaderSort() );
     hdr->type = qv::retained( source->type );
-    hdr->moduleVersion = shared( source->moduleVersion );
+    hdr->moduleVersion = qv::retainedOptional( source->moduleVersion );
     hdr->store = qv::retained( source->store );
     return hdr;
 }
@@ -127,7 +121,7 @@ void qvHeaderUpdateModuleVersionFromSort( QV_HEADER **hdr, QV_SORT *sort )
 QV_MODULE_VERSION *qvHeaderModuleVersion( QV_HEADER *hdr )
 {
     QV_CHECK( hdr );
-    return shared( hdr->moduleVersion );
+    return qv::retainedOptional( hdr->moduleVersion );
 }
 
 QV_BOOL qvHeaderHasModuleVersion( QV_HEADER *hdr )

@@ -40,12 +40,6 @@ constexpr const char *codeTexts[] = {
     "store encoding invalid",
 };
 
-// A new reference, or null.
-template <typename T> T *shared( T *optional )
-{
-    return qv::Local<T>::share( optional ).give();
-}
-
 } // namespace
 
 void qv___HeaderDecodeErrorFreeFunc( qvObj thisObj )
@@ -62,7 +56,7 @@ QV_HEADER_DECODE_ERROR *qvHeaderDecodeErrorCreate( QV_HEADER_DECODE_ERROR_CODE c
     QV_CHECK( code != QV_HEADER_DECODE_ERROR_CODE_STORE );
     auto *err = qv::create<QV_HEADER_DECODE_ERROR>( qvHeaderDecodeErrorSort() );
     err->code = code;
-    err->location = shared( location );
+    err->location = qv::retainedOptional( location );
     err->storeDecodeError = nullptr;
     return err;
 }
@@ -86,7 +80,7 @@ QV_HEADER_DECODE_ERROR_CODE qvHeaderDecodeErrorCode( QV_HEADER_DECODE_ERROR *err
 QV_LOCATION *qvHeaderDecodeErrorLocation( QV_HEADER_DECODE_ERROR *err )
 {
     QV_CHECK( err );
-    return shared( err->location );
+    return qv::retainedOptional( err->location );
 }
 
 QV_BOOL qvHeaderDecodeErrorHasLocation( QV_HEADER_DECODE_ERROR *err )
@@ -98,7 +92,7 @@ QV_BOOL qvHeaderDecodeErrorHasLocation( QV_HEADER_DECODE_ERROR *err )
 QV_STORE_DECODE_ERROR *qvHeaderDecodeErrorStoreDecodeError( QV_HEADER_DECODE_ERROR *err )
 {
     QV_CHECK( err );
-    return shared( err->storeDecodeError );
+    return qv::retainedOptional( err->storeDecodeError );
 }
 
 QV_BOOL qvHeaderDecodeErrorHasStoreDecodeError( QV_HEADER_DECODE_ERROR *err )
@@ -183,7 +177,7 @@ QV_BOOL qvHeaderDecodeResultIsError( QV_HEADER_DECODE_RESULT *result )
 QV_HEADER *qvHeaderDecodeResultHeader( QV_HEADER_DECODE_RESULT *result )
 {
     QV_CHECK( result );
-    return shared( result->header );
+    return qv::retainedOptional( result->header );
 }
 
 QV_BOOL qvHeaderDecodeResultHasHeader( QV_HEADER_DECODE_RESULT *result )
@@ -195,7 +189,7 @@ QV_BOOL qvHeaderDecodeResultHasHeader( QV_HEADER_DECODE_RESULT *result )
 QV_BUFFER *qvHeaderDecodeResultTrailing( QV_HEADER_DECODE_RESULT *result )
 {
     QV_CHECK( result );
-    return shared( result->trailing );
+    return qv::retainedOptional( result->trailing );
 }
 
 QV_BOOL qvHeaderDecodeResultHasTrailing( QV_HEADER_DECODE_RESULT *result )
@@ -207,7 +201,7 @@ QV_BOOL qvHeaderDecodeResultHasTrailing( QV_HEADER_DECODE_RESULT *result )
 QV_LOCATION *qvHeaderDecodeResultTrailingBaseLocation( QV_HEADER_DECODE_RESULT *result )
 {
     QV_CHECK( result );
-    return shared( result->trailingBaseLocation );
+    return qv::retainedOptional( result->trailingBaseLocation );
 }
 
 QV_BOOL qvHeaderDecodeResultHasTrailingBaseLocation( QV_HEADER_DECODE_RESULT *result )
@@ -219,7 +213,7 @@ QV_BOOL qvHeaderDecodeResultHasTrailingBaseLocation( QV_HEADER_DECODE_RESULT *re
 QV_HEADER_DECODE_ERROR *qvHeaderDecodeResultError( QV_HEADER_DECODE_RESULT *result )
 {
     QV_CHECK( result );
-    return shared( result->error );
+    return qv::retainedOptional( result->error );
 }
 
 QV_BOOL qvHeaderDecodeResultHasError( QV_HEADER_DECODE_RESULT *result )

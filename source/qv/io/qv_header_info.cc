@@ -11,12 +11,6 @@ QV_SORT_DEFINE( QV_HEADER_INFO, qvHeaderInfo, { .freeFunc = qv___HeaderInfoFreeF
 namespace
 {
 
-// A new reference, or null.
-template <typename T> T *shared( T *optional )
-{
-    return qv::Local<T>::share( optional ).give();
-}
-
 void storeTime( QV_STORE **store, const char *key, QV_TIME *time )
 {
     if ( !time )
@@ -75,11 +69,11 @@ QV_HEADER_INFO *qvHeaderInfoCreateFrom( QV_HEADER_INFO *source )
 {
     QV_CHECK( source );
     auto *hi = qv::create<QV_HEADER_INFO>( qvHeaderInfoSort() );
-    hi->productName = shared( source->productName );
-    hi->productFriendlyName = shared( source->productFriendlyName );
-    hi->productVersion = shared( source->productVersion );
-    hi->productBuildTime = shared( source->productBuildTime );
-    hi->generateTime = shared( source->generateTime );
+    hi->productName = qv::retainedOptional( source->productName );
+    hi->productFriendlyName = qv::retainedOptional( source->productFriendlyName );
+    hi->productVersion = qv::retainedOptional( source->productVersion );
+    hi->productBuildTime = qv::retainedOptional( source->productBuildTime );
+    hi->generateTime = qv::retainedOptional( source->generateTime );
     return hi;
 }
 
@@ -123,7 +117,7 @@ QV_HEADER_INFO *qvHeaderInfoTryRestore( QV_STORE *store )
 QV_STRING *qvHeaderInfoProductName( QV_HEADER_INFO *hi )
 {
     QV_CHECK( hi );
-    return shared( hi->productName );
+    return qv::retainedOptional( hi->productName );
 }
 
 QV_BOOL qvHeaderInfoHasProductName( QV_HEADER_INFO *hi )
@@ -152,7 +146,7 @@ void qvHeaderInfoDelProductName( QV_HEADER_INFO **hi )
 QV_STRING *qvHeaderInfoProductFriendlyName( QV_HEADER_INFO *hi )
 {
     QV_CHECK( hi );
-    return shared( hi->productFriendlyName );
+    return qv::retainedOptional( hi->productFriendlyName );
 }
 
 QV_BOOL qvHeaderInfoHasProductFriendlyName( QV_HEADER_INFO *hi )
@@ -181,7 +175,7 @@ void qvHeaderInfoDelProductFriendlyName( QV_HEADER_INFO **hi )
 QV_STRING *qvHeaderInfoProductVersion( QV_HEADER_INFO *hi )
 {
     QV_CHECK( hi );
-    return shared( hi->productVersion );
+    return qv::retainedOptional( hi->productVersion );
 }
 
 QV_BOOL qvHeaderInfoHasProductVersion( QV_HEADER_INFO *hi )
@@ -210,7 +204,7 @@ void qvHeaderInfoDelProductVersion( QV_HEADER_INFO **hi )
 QV_TIME *qvHeaderInfoProductBuildTime( QV_HEADER_INFO *hi )
 {
     QV_CHECK( hi );
-    return shared( hi->productBuildTime );
+    return qv::retainedOptional( hi->productBuildTime );
 }
 
 QV_BOOL qvHeaderInfoHasProductBuildTime( QV_HEADER_INFO *hi )
@@ -239,7 +233,7 @@ void qvHeaderInfoDelProductBuildTime( QV_HEADER_INFO **hi )
 QV_TIME *qvHeaderInfoGenerateTime( QV_HEADER_INFO *hi )
 {
     QV_CHECK( hi );
-    return shared( hi->generateTime );
+    return qv::retainedOptional( hi->generateTime );
 }
 
 QV_BOOL qvHeaderInfoHasGenerateTime( QV_HEADER_INFO *hi )

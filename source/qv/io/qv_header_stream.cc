@@ -18,12 +18,6 @@ namespace
 constexpr QV_INT firstAhead = 8192;
 constexpr QV_INT mostAhead = 0x100000;
 
-// A new reference, or null.
-template <typename T> T *shared( T *optional )
-{
-    return qv::Local<T>::share( optional ).give();
-}
-
 QV_BOOL writeThrough( qvObj closure, const unsigned char *bytes, QV_INT byteCount )
 {
     return qvByteSinkWriteBytes( qvHeaderByteSinkFrom( closure )->byteSink, bytes, byteCount );
@@ -127,7 +121,7 @@ QV_HEADER_BYTE_SINK *qvHeaderByteSinkCreate( QV_BYTE_SINK *sink, QV_HEADER *hdr 
     QV_CHECK( sink );
     auto *hbs = qv::create<QV_HEADER_BYTE_SINK>( qvHeaderByteSinkSort() );
     hbs->byteSink = qv::retained( sink );
-    hbs->header = shared( hdr );
+    hbs->header = qv::retainedOptional( hdr );
     if ( hdr )
     {
         qv::Local<QV_BUFFER> bytes( qvHeaderEncode( hdr ) );
@@ -145,7 +139,7 @@ QV_BYTE_SINK *qvHeaderByteSinkByteSink( QV_HEADER_BYTE_SINK *hbs )
 QV_HEADER *qvHeaderByteSinkHeader( QV_HEADER_BYTE_SINK *hbs )
 {
     QV_CHECK( hbs );
-    return shared( hbs->header );
+    return qv::retainedOptional( hbs->header );
 }
 
 QV_BOOL qvHeaderByteSinkHasHeader( QV_HEADER_BYTE_SINK *hbs )
@@ -188,7 +182,7 @@ QV_HEADER_BYTE_SOURCE *qvHeaderByteSourceCreate( QV_BYTE_SOURCE *source, QV_BOOL
     {
         hbs->byteSource = qv::retained( source );
         hbs->ahead = ahead.give();
-        hbs->baseLocation = shared( location );
+        hbs->baseLocation = qv::retainedOptional( location );
     }
     else
     {
@@ -206,7 +200,7 @@ QV_BYTE_SOURCE *qvHeaderByteSourceByteSource( QV_HEADER_BYTE_SOURCE *hbs )
 QV_HEADER *qvHeaderByteSourceHeader( QV_HEADER_BYTE_SOURCE *hbs )
 {
     QV_CHECK( hbs );
-    return shared( hbs->header );
+    return qv::retainedOptional( hbs->header );
 }
 
 QV_BOOL qvHeaderByteSourceHasHeader( QV_HEADER_BYTE_SOURCE *hbs )
@@ -218,7 +212,7 @@ QV_BOOL qvHeaderByteSourceHasHeader( QV_HEADER_BYTE_SOURCE *hbs )
 QV_HEADER_DECODE_ERROR *qvHeaderByteSourceDecodeError( QV_HEADER_BYTE_SOURCE *hbs )
 {
     QV_CHECK( hbs );
-    return shared( hbs->decodeError );
+    return qv::retainedOptional( hbs->decodeError );
 }
 
 QV_BOOL qvHeaderByteSourceHasDecodeError( QV_HEADER_BYTE_SOURCE *hbs )
@@ -230,7 +224,7 @@ QV_BOOL qvHeaderByteSourceHasDecodeError( QV_HEADER_BYTE_SOURCE *hbs )
 QV_LOCATION *qvHeaderByteSourceBaseLocation( QV_HEADER_BYTE_SOURCE *hbs )
 {
     QV_CHECK( hbs );
-    return shared( hbs->baseLocation );
+    return qv::retainedOptional( hbs->baseLocation );
 }
 
 QV_BOOL qvHeaderByteSourceHasBaseLocation( QV_HEADER_BYTE_SOURCE *hbs )

@@ -12,7 +12,7 @@ struct qv___HeaderByteSink : qv___Obj
     QV_HEADER *header;      // may be null
 };
 
-// Invariant: byteSource is null exactly while decodeError is present. ahead, when present, has bytes left at aheadOffset.
+// Invariant: byteSource is null exactly while decodeError is present. aheadOffset is within ahead.
 struct qv___HeaderByteSource : qv___Obj
 {
     QV_BYTE_SOURCE *byteSource; // the one underneath

@@ -12,17 +12,6 @@
 
 QV_SORT_DEFINE( QV_STORE_HEADER, qvStoreHeader, { .freeFunc = qv___StoreHeaderFreeFunc } )
 
-namespace
-{
-
-// A new reference, or null.
-template <typename T> T *shared( T *optional )
-{
-    return qv::Local<T>::share( optional ).give();
-}
-
-} // namespace
-
 void qv___StoreHeaderFreeFunc( qvObj thisObj )
 {
     QV_STORE_HEADER *sth = qvStoreHeaderFrom( thisObj );
@@ -49,8 +38,8 @@ QV_STORE_HEADER *qvStoreHeaderCreateFrom( QV_STORE_HEADER *source )
     QV_CHECK( source );
     auto *sth = qv::create<QV_STORE_HEADER>( qvStoreHeaderSort() );
     sth->type = qv::retained( source->type );
-    sth->moduleVersion = shared( source->moduleVersion );
-    sth->info = shared( source->info );
+    sth->moduleVersion = qv::retainedOptional( source->moduleVersion );
+    sth->info = qv::retainedOptional( source->info );
     sth->encoding = source->encoding;
     return sth;
 }
@@ -114,7 +103,7 @@ void qvStoreHeaderUpdateModuleVersionFromSort( QV_STORE_HEADER **sth, QV_SORT *s
 QV_MODULE_VERSION *qvStoreHeaderModuleVersion( QV_STORE_HEADER *sth )
 {
     QV_CHECK( sth );
-    return shared( sth->moduleVersion );
+    return qv::retainedOptional( sth->moduleVersion );
 }
 
 QV_BOOL qvStoreHeaderHasModuleVersion( QV_STORE_HEADER *sth )
@@ -143,7 +132,7 @@ void qvStoreHeaderDelModuleVersion( QV_STORE_HEADER **sth )
 QV_HEADER_INFO *qvStoreHeaderInfo( QV_STORE_HEADER *sth )
 {
     QV_CHECK( sth );
-    return shared( sth->info );
+    return qv::retainedOptional( sth->info );
 }
 
 QV_BOOL qvStoreHeaderHasInfo( QV_STORE_HEADER *sth )

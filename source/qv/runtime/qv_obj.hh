@@ -114,6 +114,12 @@ template <typename T> inline T *retained( T *handle )
     return handle;
 }
 
+// The same for a handle that may be null.
+template <typename T> inline T *retainedOptional( T *handle )
+{
+    return handle ? retained( handle ) : nullptr;
+}
+
 // A new record of the given sort, only its header initialized.
 template <typename T> inline T *create( QV_SORT *sort )
 {
