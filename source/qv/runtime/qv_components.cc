@@ -10,13 +10,23 @@
 #include <qv/base/qv_generation.hh>
 #include <qv/base/qv_random.hh>
 #include <qv/base/qv_stack_trace.hh>
+#include <qv/base/qv_store.hh>
+#include <qv/base/qv_store_encoding.hh>
 #include <qv/base/qv_string.hh>
+#include <qv/base/qv_time.hh>
 #include <qv/base/qv_vector.hh>
+#include <qv/charset/qv_charset.hh>
+#include <qv/io/qv_message.hh>
+#include <qv/io/qv_nlf_flags.hh>
+#include <qv/io/qv_path.hh>
+#include <qv/io/qv_path_directory.hh>
 #include <qv/runtime/qv_obj.hh>
 #include <qv/runtime/qv_version.hh>
 #include <qv/sys/qv_mem.hh>
 #include <qv/sys/qv_timestamp.hh>
 #include <qv/sys/qv_unique.hh>
+#include <qv/unicode/qv_unicode_db.hh>
+#include <qv/unicode/qv_unicode_normalizer.hh>
 
 namespace
 {
@@ -36,10 +46,9 @@ struct Component
     Stop stop;
 };
 
-#define QV___COMPONENT( Name, stop )                                                                         \
-    {                                                                                                        \
-#Name, qv___##Name##Startup, qv___##Name##Shutdown, stop                                             \
-    }
+/* clang-format off */
+#define QV___COMPONENT( Name, stop ) { #Name, qv___##Name##Startup, qv___##Name##Shutdown, stop }
+/* clang-format on */
 
 // What the host said of itself, for the one component that takes it.
 struct Application
@@ -71,7 +80,23 @@ constexpr Component components[] = {
     QV___COMPONENT( Format, Stop::inReverse ),
     QV___COMPONENT( BoxedNull, Stop::inReverse ),
     QV___COMPONENT( BoxedBool, Stop::inReverse ),
+    QV___COMPONENT( StoreHints, Stop::inReverse ),
+    QV___COMPONENT( StoreValueHints, Stop::inReverse ),
+    QV___COMPONENT( StoreValue, Stop::inReverse ),
+    QV___COMPONENT( StoreEncoding, Stop::inReverse ),
+    QV___COMPONENT( Store, Stop::inReverse ),
+    QV___COMPONENT( StoreDecodeErrorCode, Stop::inReverse ),
+    QV___COMPONENT( Time, Stop::inReverse ),
     QV___COMPONENT( Random, Stop::inReverse ),
+    QV___COMPONENT( RuntimeFlags, Stop::inReverse ),
+    QV___COMPONENT( UnicodeNormalForm, Stop::inReverse ),
+    QV___COMPONENT( CharsetFlags, Stop::inReverse ),
+    QV___COMPONENT( Charset, Stop::inReverse ),
+    QV___COMPONENT( PathFlags, Stop::inReverse ),
+    QV___COMPONENT( PathDirectoryListFlags, Stop::inReverse ),
+    QV___COMPONENT( Path, Stop::inReverse ),
+    QV___COMPONENT( MessageLevel, Stop::inReverse ),
+    QV___COMPONENT( NlfFlags, Stop::inReverse ),
 };
 
 #undef QV___COMPONENT

@@ -178,11 +178,11 @@ TEST( Lifecycle, LeakReportFollowsTheFlags )
 {
     const QV_INT odb = QV_RUNTIME_FLAG_OBJECT_DATABASE, object = QV_RUNTIME_FLAG_SNAPSHOT_OBJECT;
     EXPECT_EQ( "", runWithFlags( odb, leak ).output );
-    EXPECT_EQ( "QV_ALERT  1\nQV_STRING 1\n",
+    EXPECT_EQ( "QV_STRING 1\nQV_ALERT  1\n",
                afterHead( runWithFlags( odb | QV_RUNTIME_FLAG_SNAPSHOT_SORT, leak ).output ) );
-    EXPECT_EQ( "\nQV_ALERT (1)\nQV_STRING (2)\n", afterHead( runWithFlags( odb | object, leak ).output ) );
+    EXPECT_EQ( "\nQV_STRING (2)\nQV_ALERT (1)\n", afterHead( runWithFlags( odb | object, leak ).output ) );
     EXPECT_EQ(
-        "\nQV_ALERT (1)\nQV_STRING (2) \"lost\"\n",
+        "\nQV_STRING (2) \"lost\"\nQV_ALERT (1)\n",
         afterHead( runWithFlags( odb | object | QV_RUNTIME_FLAG_SNAPSHOT_OBJECT_TOSTRING, leak ).output ) );
     auto logged = [] {
         QV_ALERT *alert = qvAlertCreate();
