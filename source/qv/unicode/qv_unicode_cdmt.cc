@@ -48,8 +48,7 @@ constexpr QV_INT rowCount = QV_SIZEOF_ARRAY( rows );
 constexpr QV_INT firstWithTag = QV_UNICODE_CDMT_FONT;
 
 // From startup to shutdown.
-constinit QV_ENUM *tags = nullptr;
-constinit QV_ENUM *foldedTags = nullptr;
+constinit qv::UnicodeNames tags = {};
 
 } // namespace
 
@@ -61,14 +60,12 @@ void qv___UnicodeCdmtStartup()
         QV_CHECK( rows[idx].cdmt == idx );
         names[idx] = { idx, rows[idx].tag };
     }
-    tags = qv::enumFromTable( names + firstWithTag, rowCount - firstWithTag );
-    foldedTags = qv::foldedEnumFromTable( names + firstWithTag, rowCount - firstWithTag );
+    qv::unicodeNamesFill( &tags, names + firstWithTag, rowCount - firstWithTag );
 }
 
 void qv___UnicodeCdmtShutdown()
 {
-    qv::retire( &foldedTags );
-    qv::retire( &tags );
+    qv::unicodeNamesRetire( &tags );
 }
 
 QV_STRING *qvUnicodeCdmtTag( QV_UNICODE_CDMT cdmt )
@@ -76,7 +73,7 @@ QV_STRING *qvUnicodeCdmtTag( QV_UNICODE_CDMT cdmt )
     QV_CHECK( QV_UNICODE_CDMT_OK( cdmt ) );
     QV_CHECK( cdmt != QV_UNICODE_CDMT_NONE );
     QV_CHECK( cdmt != QV_UNICODE_CDMT_CANONICAL );
-    return qvEnumGenerate( tags, cdmt );
+    return qvStringCreateFromCstr( rows[cdmt].tag, -1 );
 }
 
 QV_STRING *qvUnicodeCdmtDescription( QV_UNICODE_CDMT cdmt )
@@ -93,12 +90,10 @@ QV_STRING *qvUnicodeCdmtSymName( QV_UNICODE_CDMT cdmt )
 
 QV_UNICODE_CDMT qvUnicodeCdmtFromTag( QV_STRING *text )
 {
-    QV_CHECK( text );
-    return qvEnumEnumerant( tags, text );
+    return qv::unicodeNamesFind( tags, text );
 }
 
 QV_UNICODE_CDMT qvUnicodeCdmtFromTagCaseFold( QV_STRING *text )
 {
-    QV_CHECK( text );
-    return qv::foldedEnumerant( foldedTags, text );
+    return qv::unicodeNamesFindCaseFold( tags, text );
 }

@@ -87,11 +87,20 @@ void qv___UnicodeScriptShutdown();
 namespace qv
 {
 
-// Names of enumerants for lookups that ignore case: the case-folded names of the table's rows.
-QV_ENUM *foldedEnumFromTable( const EnumName *names, QV_INT count );
+// The names of an enumeration's values, from startup to shutdown: strings to boxed integers, as they are spelled and
+// case-folded.
+struct UnicodeNames
+{
+    QV_DICT *exact;
+    QV_DICT *folded;
+};
 
-// The value of the case-folded text in such an enumeration, -1 if there is none.
-QV_INT foldedEnumerant( QV_ENUM *folded, QV_STRING *text );
+void unicodeNamesFill( UnicodeNames *names, const EnumName *rows, QV_INT count );
+void unicodeNamesRetire( UnicodeNames *names );
+
+// The value with this name, -1 if there is none.
+QV_INT unicodeNamesFind( const UnicodeNames &names, QV_STRING *text );
+QV_INT unicodeNamesFindCaseFold( const UnicodeNames &names, QV_STRING *text );
 
 } // namespace qv
 

@@ -57,8 +57,7 @@ constexpr GencRow rows[] = {
 constexpr QV_INT rowCount = QV_SIZEOF_ARRAY( rows );
 
 // From startup to shutdown.
-constinit QV_ENUM *abbreviations = nullptr;
-constinit QV_ENUM *foldedAbbreviations = nullptr;
+constinit qv::UnicodeNames abbreviations = {};
 
 bool isBetween( QV_CHAR ch, QV_UNICODE_GENC first, QV_UNICODE_GENC last )
 {
@@ -76,14 +75,12 @@ void qv___UnicodeGencStartup()
         QV_CHECK( rows[idx].genc == idx );
         names[idx] = { idx, rows[idx].abbreviation };
     }
-    abbreviations = qv::enumFromTable( names, rowCount );
-    foldedAbbreviations = qv::foldedEnumFromTable( names, rowCount );
+    qv::unicodeNamesFill( &abbreviations, names, rowCount );
 }
 
 void qv___UnicodeGencShutdown()
 {
-    qv::retire( &foldedAbbreviations );
-    qv::retire( &abbreviations );
+    qv::unicodeNamesRetire( &abbreviations );
 }
 
 QV_UNICODE_GENC qvUnicodeGenc( QV_CHAR ch )
@@ -284,7 +281,7 @@ QV_BOOL qvUnicodeIsOther( QV_CHAR ch )
 QV_STRING *qvUnicodeGencAbbreviation( QV_UNICODE_GENC genc )
 {
     QV_CHECK( QV_UNICODE_GENC_OK( genc ) );
-    return qvEnumGenerate( abbreviations, genc );
+    return qvStringCreateFromCstr( rows[genc].abbreviation, -1 );
 }
 
 QV_STRING *qvUnicodeGencDescription( QV_UNICODE_GENC genc )
@@ -301,12 +298,10 @@ QV_STRING *qvUnicodeGencSymName( QV_UNICODE_GENC genc )
 
 QV_UNICODE_GENC qvUnicodeGencFromAbbreviation( QV_STRING *text )
 {
-    QV_CHECK( text );
-    return qvEnumEnumerant( abbreviations, text );
+    return qv::unicodeNamesFind( abbreviations, text );
 }
 
 QV_UNICODE_GENC qvUnicodeGencFromAbbreviationCaseFold( QV_STRING *text )
 {
-    QV_CHECK( text );
-    return qv::foldedEnumerant( foldedAbbreviations, text );
+    return qv::unicodeNamesFindCaseFold( abbreviations, text );
 }

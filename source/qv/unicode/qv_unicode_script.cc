@@ -198,8 +198,12 @@ constexpr QV_INT rowCount = QV_SIZEOF_ARRAY( rows );
 constexpr QV_UNICODE_SCRIPT valueLeftOut = 99;
 
 // From startup to shutdown.
-constinit QV_ENUM *scriptNames = nullptr;
-constinit QV_ENUM *foldedNames = nullptr;
+constinit qv::UnicodeNames scriptNames = {};
+
+const ScriptRow &rowOf( QV_UNICODE_SCRIPT script )
+{
+    return rows[script < valueLeftOut ? script : script - 1];
+}
 
 } // namespace
 
@@ -211,14 +215,12 @@ void qv___UnicodeScriptStartup()
         QV_CHECK( rows[idx].script == ( idx < valueLeftOut ? idx : idx + 1 ) );
         names[idx] = { rows[idx].script, rows[idx].name };
     }
-    scriptNames = qv::enumFromTable( names, rowCount );
-    foldedNames = qv::foldedEnumFromTable( names, rowCount );
+    qv::unicodeNamesFill( &scriptNames, names, rowCount );
 }
 
 void qv___UnicodeScriptShutdown()
 {
-    qv::retire( &foldedNames );
-    qv::retire( &scriptNames );
+    qv::unicodeNamesRetire( &scriptNames );
 }
 
 QV_UNICODE_SCRIPT qvUnicodeScript( QV_CHAR ch )
@@ -231,24 +233,22 @@ QV_STRING *qvUnicodeScriptName( QV_UNICODE_SCRIPT script )
 {
     QV_CHECK( QV_UNICODE_SCRIPT_OK( script ) );
     QV_CHECK( script != valueLeftOut );
-    return qvEnumGenerate( scriptNames, script );
+    return qvStringCreateFromCstr( rowOf( script ).name, -1 );
 }
 
 QV_STRING *qvUnicodeScriptSymName( QV_UNICODE_SCRIPT script )
 {
     QV_CHECK( QV_UNICODE_SCRIPT_OK( script ) );
     QV_CHECK( script != valueLeftOut );
-    return qvStringCreateFromCstr( rows[script < valueLeftOut ? script : script - 1].symName, -1 );
+    return qvStringCreateFromCstr( rowOf( script ).symName, -1 );
 }
 
 QV_UNICODE_SCRIPT qvUnicodeScriptFromName( QV_STRING *text )
 {
-    QV_CHECK( text );
-    return qvEnumEnumerant( scriptNames, text );
+    return qv::unicodeNamesFind( scriptNames, text );
 }
 
 QV_UNICODE_SCRIPT qvUnicodeScriptFromNameCaseFold( QV_STRING *text )
 {
-    QV_CHECK( text );
-    return qv::foldedEnumerant( foldedNames, text );
+    return qv::unicodeNamesFindCaseFold( scriptNames, text );
 }

@@ -115,10 +115,10 @@ TEST( UnicodeDb, categoryClassAndScriptOfAllCodePoints )
     for ( char32_t ch = 0; ch < codeEnd; ch++ )
     {
         ASSERT_EQ( facts().category[ch], categories.at( static_cast<size_t>( qvUnicodeGenc( ch ) ) ) )
-            << std::hex << ch;
-        ASSERT_EQ( facts().combiningClass[ch], qvUnicodeCccv( ch ) ) << std::hex << ch;
+            << std::hex << +ch;
+        ASSERT_EQ( facts().combiningClass[ch], qvUnicodeCccv( ch ) ) << std::hex << +ch;
         ASSERT_EQ( facts().script[ch], scripts.at( static_cast<size_t>( qvUnicodeScript( ch ) ) ) )
-            << std::hex << ch;
+            << std::hex << +ch;
     }
 }
 
@@ -129,7 +129,7 @@ TEST( UnicodeDb, testsOfCategories )
         for ( char32_t ch = 0; ch < 0x20000; ch++ )
         {
             ASSERT_EQ( facts().category[ch].rfind( each.begin, 0 ) == 0, each.test( ch ) == QV_TRUE )
-                << each.begin << " of " << std::hex << ch;
+                << each.begin << " of " << std::hex << +ch;
         }
     }
 }
@@ -142,13 +142,13 @@ TEST( UnicodeDb, testsOfClasses )
         {
             ASSERT_EQ( facts().combiningClass[ch] == static_cast<unsigned>( each.cccv ),
                        each.test( ch ) == QV_TRUE )
-                << each.name << " of " << std::hex << ch;
+                << each.name << " of " << std::hex << +ch;
         }
     }
     for ( char32_t ch = 0; ch < 0x20000; ch++ )
     {
         unsigned cccv = facts().combiningClass[ch];
-        ASSERT_EQ( cccv >= 10 && cccv <= 199, qvUnicodeHasCccvFixedPos( ch ) == QV_TRUE ) << std::hex << ch;
+        ASSERT_EQ( cccv >= 10 && cccv <= 199, qvUnicodeHasCccvFixedPos( ch ) == QV_TRUE ) << std::hex << +ch;
     }
 }
 
@@ -169,14 +169,14 @@ TEST( UnicodeDb, decompositionMappingsOfAllCodePoints )
         auto found = facts().maps.find( ch );
         if ( found == facts().maps.end() )
         {
-            ASSERT_EQ( nullptr, chars ) << std::hex << ch;
+            ASSERT_EQ( nullptr, chars ) << std::hex << +ch;
             ASSERT_EQ( 0, length );
             ASSERT_EQ( QV_UNICODE_CDMT_NONE, type );
             continue;
         }
-        ASSERT_NE( nullptr, chars ) << std::hex << ch;
-        ASSERT_EQ( found->second.chars, std::u32string( chars, chars + length ) ) << std::hex << ch;
-        ASSERT_EQ( types.at( found->second.type ), type ) << std::hex << ch;
+        ASSERT_NE( nullptr, chars ) << std::hex << +ch;
+        ASSERT_EQ( found->second.chars, std::u32string( chars, chars + length ) ) << std::hex << +ch;
+        ASSERT_EQ( types.at( found->second.type ), type ) << std::hex << +ch;
     }
 }
 
@@ -200,7 +200,7 @@ TEST( UnicodeDb, compositesOfAllPairsThatMatter )
             char32_t wanted = found == facts().composites.end() ? 0 : found->second;
             QV_CHAR composite = 1;
             ASSERT_EQ( wanted != 0, qv___UnicodeCompDbLookup( first, second, &composite ) )
-                << std::hex << first << ' ' << second;
+                << std::hex << +first << ' ' << +second;
             ASSERT_EQ( wanted, composite );
             ASSERT_EQ( wanted != 0, qv___UnicodeCompDbLookup( first, second, nullptr ) );
         }

@@ -24,15 +24,15 @@ void expectCaseMapping( const char *name, CaseLookup lookup, QV_CHAR ( *shortWay
         auto found = wanted.find( ch );
         if ( found == wanted.end() )
         {
-            ASSERT_EQ( nullptr, chars ) << std::hex << ch;
-            ASSERT_EQ( 0, length ) << std::hex << ch;
-            ASSERT_EQ( ch, shortWay( ch ) ) << std::hex << ch;
+            ASSERT_EQ( nullptr, chars ) << std::hex << +ch;
+            ASSERT_EQ( 0, length ) << std::hex << +ch;
+            ASSERT_EQ( ch, shortWay( ch ) ) << std::hex << +ch;
             continue;
         }
-        ASSERT_NE( nullptr, chars ) << std::hex << ch;
+        ASSERT_NE( nullptr, chars ) << std::hex << +ch;
         ASSERT_EQ( chars, lookup( ch, nullptr ) );
-        ASSERT_EQ( found->second, std::u32string( chars, chars + length ) ) << std::hex << ch;
-        ASSERT_EQ( length == 1 ? chars[0] : qv::manyChars, shortWay( ch ) ) << std::hex << ch;
+        ASSERT_EQ( found->second, std::u32string( chars, chars + length ) ) << std::hex << +ch;
+        ASSERT_EQ( length == 1 ? chars[0] : qv::manyChars, shortWay( ch ) ) << std::hex << +ch;
     }
 }
 
@@ -70,10 +70,10 @@ TEST( UnicodeLookups, whiteSpaceNewLinesAndDigitsOfAllCodePoints )
     const std::set<char32_t> newLines = { 10, 11, 12, 13, 133, 8232, 8233 };
     for ( char32_t ch = 0; ch < codeEnd; ch++ )
     {
-        ASSERT_EQ( facts().white[ch], qvUnicodeIsWhiteSpace( ch ) != QV_FALSE ) << std::hex << ch;
-        ASSERT_EQ( newLines.count( ch ) > 0, qvUnicodeIsNlf( ch ) != QV_FALSE ) << std::hex << ch;
-        ASSERT_EQ( facts().decimal[ch], qvUnicodeDecimalDigitValue( ch ) ) << std::hex << ch;
-        ASSERT_EQ( plainDigit( ch, 16 ), qvUnicodeHexadecimalDigitValue( ch ) ) << std::hex << ch;
+        ASSERT_EQ( facts().white[ch], qvUnicodeIsWhiteSpace( ch ) != QV_FALSE ) << std::hex << +ch;
+        ASSERT_EQ( newLines.count( ch ) > 0, qvUnicodeIsNlf( ch ) != QV_FALSE ) << std::hex << +ch;
+        ASSERT_EQ( facts().decimal[ch], qvUnicodeDecimalDigitValue( ch ) ) << std::hex << +ch;
+        ASSERT_EQ( plainDigit( ch, 16 ), qvUnicodeHexadecimalDigitValue( ch ) ) << std::hex << +ch;
     }
 }
 
@@ -84,7 +84,7 @@ TEST( UnicodeLookups, digitsOfEveryBase )
         for ( char32_t ch = 0; ch < codeEnd; ch = ch == 0x2FFF ? 0xFE00 : ch + 1 )
         {
             ASSERT_EQ( plainDigit( ch, base ), qvUnicodeBaseNDigitValue( ch, base ) )
-                << std::hex << ch << " in base " << base;
+                << std::hex << +ch << " in base " << base;
         }
     }
 }

@@ -231,21 +231,16 @@ TEST( UnicodeNormalizer, everyCodePointAloneAndBetweenNeighbours )
             if ( ch >= 0xD800 && ch <= 0xDFFF )
                 continue;
             std::u32string parts = facts().normalize( std::u32string( 1, ch ), form );
-            ASSERT_EQ( parts, normalized( norm, std::u32string( 1, ch ) ) ) << form << ' ' << std::hex << ch;
-            if ( parts == std::u32string( 1, ch ) && ch > 0x3200 && ch < 0x10000 )
-                continue;
-            if ( ch > 0x12000 && ch < 0x16000 )
+            ASSERT_EQ( parts, normalized( norm, std::u32string( 1, ch ) ) ) << form << ' ' << std::hex << +ch;
+            bool isPlain = parts == std::u32string( 1, ch ) && facts().combiningClass[ch] == 0;
+            if ( isPlain && ch > 0x3200 )
                 continue;
             for ( std::u32string around : { U"a?\u0301", U"e\u0327?b", U"\u1100?\u11A8", U"\u0915?\u093C" } )
             {
                 around[around.find( U'?' )] = ch;
                 ASSERT_EQ( facts().normalize( around, form ), normalized( norm, around ) )
-                    << form << ' ' << std::hex << ch;
+                    << form << ' ' << std::hex << +ch;
             }
-            if ( ch == 0x20000 )
-                ch = 0x2F7FF;
-            if ( ch == 0x2FA20 )
-                ch = 0x10FF00;
         }
     }
 }
@@ -268,7 +263,7 @@ TEST( UnicodeNormalizer, pairsOfAllThatJoins )
             {
                 std::u32string pair = { first, second };
                 ASSERT_EQ( facts().normalize( pair, form ), normalized( norm, pair ) )
-                    << form << ' ' << std::hex << first << ' ' << second;
+                    << form << ' ' << std::hex << +first << ' ' << +second;
             }
         }
     }
@@ -415,7 +410,7 @@ TEST( UnicodeNormalizer, longRunsOfMarks )
     std::mt19937 random( 4 );
     const std::u32string marks = U"\u0301\u0323\u0327\u0345\u0302\u0F71";
     const std::u32string starts = U"a\u03B1\u0301\u1100";
-    for ( int round = 0; round < 24; round++ )
+    for ( int round = 0; round < 8; round++ )
     {
         int form = round % 4;
         Normalizer norm( qvUnicodeNormalizerCreate( form ) );
