@@ -98,7 +98,7 @@ QV_INT qvByteSourceRead( QV_BYTE_SOURCE *src, QV_BUFFER **dest, QV_INT maxByteCo
         total += count;
         remaining -= count;
     }
-    if ( total > QV___BYTE_SOURCE_CHUNK && !qv::isShared( *dest ) )
+    if ( total >= QV___BYTE_SOURCE_CHUNK && !qv::isShared( *dest ) )
         qv___BufferCompact( *dest );
     return total;
 }
