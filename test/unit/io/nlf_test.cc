@@ -1,0 +1,164 @@
+// New-line forms: the flags, and which new-line stands where, against a plain reading of the rules.
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include <qv/io/qv_nlf_flags.hh>
+
+#include "support/text.hh"
+
+namespace
+{
+
+TEST( NlfFlags, NamesAndValues )
+{
+    EXPECT_EQ( qvNlfFlagsNormalize( -1 ), 255 );
+    EXPECT_EQ( qvNlfFlagsNormalize( 256 ), 0 );
+    EXPECT_EQ( test::takeUtf8( qvNlfFlagsToString( 256 | QV_NLF_FLAG_CRLF | QV_NLF_FLAG_LF ) ),
+               "QV_NLF_FLAG_LF|QV_NLF_FLAG_CRLF" );
+    EXPECT_EQ( qvNlfFlagsFromString( test::text( "QV_NLF_FLAG_PS | QV_NLF_FLAG_CR|unknown" ) ),
+               QV_NLF_FLAG_PS | QV_NLF_FLAG_CR );
+    for ( QV_NLF_FLAGS flags = 0; flags < 256; flags++ )
+    {
+        qv::Local<QV_STRING> names( qvNlfFlagsToString( flags ) );
+        EXPECT_EQ( qvNlfFlagsFromString( names ), flags );
+    }
+}
+
+TEST( NlfFlags, FirstFlagChoosesWhatIsWritten )
+{
+    const std::u32string forms[] = { U"\n", U"\r", U"\r\n", U"\u0085", U"\v", U"\f", U"\u2028", U"\u2029" };
+    for ( QV_NLF_FLAGS flags = 0; flags < 512; flags++ )
+    {
+        std::u32string expected;
+        for ( int bit = 7; bit >= 0; bit-- )
+        {
+            if ( flags >> bit & 1 )
+                expected = forms[bit];
+        }
+        qv::Local<QV_STRING> nlf( qvNlfFlagsNlfString( flags ) );
+        EXPECT_EQ( test::toU32( nlf ), expected ) << flags;
+    }
+}
+
+struct Found
+{
+    QV_INT length;
+    QV_NLF_FLAGS flag;
+};
+
+Found expectedNlf( std::u32string_view text, QV_NLF_FLAGS flags )
+{
+    if ( text.empty() )
+        return { 0, 0 };
+    if ( ( flags & QV_NLF_FLAG_CRLF ) && text.substr( 0, 2 ) == U"\r\n" )
+        return { 2, QV_NLF_FLAG_CRLF };
+    const std::pair<char32_t, QV_NLF_FLAGS> singles[] = {
+        { 0x0A, QV_NLF_FLAG_LF },   { 0x0D, QV_NLF_FLAG_CR }, { 0x85, QV_NLF_FLAG_NEL },
+        { 0x0B, QV_NLF_FLAG_VT },   { 0x0C, QV_NLF_FLAG_FF }, { 0x2028, QV_NLF_FLAG_LS },
+        { 0x2029, QV_NLF_FLAG_PS },
+    };
+    for ( auto [ch, flag] : singles )
+    {
+        if ( text[0] == ch && ( flags & flag ) )
+            return { 1, flag };
+    }
+    return { 0, 0 };
+}
+
+size_t expectedNonNlf( std::u32string_view text, QV_NLF_FLAGS flags )
+{
+    size_t idx = 0;
+    while ( idx < text.size() && expectedNlf( text.substr( idx ), flags ).length == 0 )
+    {
+        idx++;
+    }
+    return idx;
+}
+
+const QV_CHAR *charsOf( const std::u32string &text )
+{
+    return reinterpret_cast<const QV_CHAR *>( text.data() );
+}
+
+const unsigned char *bytesOf( const std::string &utf8 )
+{
+    return reinterpret_cast<const unsigned char *>( utf8.data() );
+}
+
+QV_INT utf8Length( const std::u32string &text, size_t count )
+{
+    return static_cast<QV_INT>( test::toUtf8( test::text( text.substr( 0, count ) ) ).size() );
+}
+
+void expectRecognized( const std::u32string &text, QV_NLF_FLAGS flags )
+{
+    auto length = static_cast<QV_INT>( text.size() );
+    std::string utf8 = test::toUtf8( test::text( text ) );
+    auto byteLength = static_cast<QV_INT>( utf8.size() );
+    Found found = expectedNlf( text, flags );
+    size_t before = expectedNonNlf( text, flags );
+
+    QV_NLF_FLAGS matched = -1;
+    ASSERT_EQ( qv___NlfFlagsSkipCharsNlf( charsOf( text ), length, flags, &matched ), found.length );
+    ASSERT_EQ( matched, found.flag );
+    ASSERT_EQ( qv___NlfFlagsSkipCharsNonNlf( charsOf( text ), length, flags ),
+               static_cast<QV_INT>( before ) );
+    matched = -1;
+    ASSERT_EQ( qv___NlfFlagsSkipUtf8BytesNlf( bytesOf( utf8 ), byteLength, flags, &matched ),
+               utf8Length( text, static_cast<size_t>( found.length ) ) );
+    ASSERT_EQ( matched, found.flag );
+    ASSERT_EQ( qv___NlfFlagsSkipUtf8BytesNonNlf( bytesOf( utf8 ), byteLength, flags ),
+               utf8Length( text, before ) );
+}
+
+TEST( NlfFlags, EveryShortTextWithEverySetOfFlags )
+{
+    const std::u32string alphabet = U"a\n\r\v\f\u0085\u2028\u2029";
+    for ( QV_NLF_FLAGS flags = 0; flags < 256; flags++ )
+    {
+        expectRecognized( U"", flags );
+        for ( char32_t first : alphabet )
+        {
+            for ( char32_t second : alphabet )
+            {
+                expectRecognized( { first, second }, flags );
+            }
+        }
+    }
+}
+
+TEST( NlfFlags, LongTextsWithLookAlikes )
+{
+    // Neighbours of the new-lines, in code points and in the bytes of UTF-8.
+    const std::u32string plain = U"abc\t\u000E\u0084\u0086\u00C2\u00E2\u2027\u202A\u2000\u20AC\U0001F600";
+    const std::u32string forms = U"\n\r\v\f\u0085\u2028\u2029";
+    std::mt19937 random( 5 );
+    for ( int count = 0; count < 3000 && !testing::Test::HasFatalFailure(); count++ )
+    {
+        std::u32string text;
+        for ( size_t length = random() % 150; length > 0; length-- )
+        {
+            text += random() % 60 == 0 ? forms[random() % forms.size()] : plain[random() % plain.size()];
+        }
+        expectRecognized( text, static_cast<QV_NLF_FLAGS>( random() % 256 ) );
+    }
+}
+
+TEST( NlfFlags, BytesCutShortAreNoNewLine )
+{
+    const std::string cut[] = { "\xC2", "\xE2", "\xE2\x80", "\xE2\x80\xA7", "\xE2\x85\xA8", "\xC2\x84" };
+    for ( const std::string &bytes : cut )
+    {
+        auto length = static_cast<QV_INT>( bytes.size() );
+        QV_NLF_FLAGS matched = -1;
+        EXPECT_EQ( qv___NlfFlagsSkipUtf8BytesNlf( bytesOf( bytes ), length, 255, &matched ), 0 );
+        EXPECT_EQ( matched, 0 );
+        EXPECT_EQ( qv___NlfFlagsSkipUtf8BytesNonNlf( bytesOf( bytes ), length, 255 ), length );
+    }
+    EXPECT_EQ( qv___NlfFlagsSkipCharsNlf( nullptr, 0, 255, nullptr ), 0 );
+    EXPECT_EQ( qv___NlfFlagsSkipUtf8BytesNonNlf( nullptr, 0, 255 ), 0 );
+}
+
+} // namespace
