@@ -5,7 +5,7 @@
 #include <qv/runtime/qv_local.hh>
 #include <qv/sys/qv_chars.h>
 #include <qv/unicode/qv_unicode_lookups.hh>
-#include <qv/unicode/qv_unicode_normalizer.h>
+#include <qv/unicode/qv_unicode_normalizer.hh>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -268,6 +268,9 @@ void qvStringNormalize( QV_STRING **qvs, QV_INT nf )
     QV_CHECK( qvs );
     QV_CHECK( *qvs );
     QV_CHECK( QV_UNICODE_NORMAL_FORM_OK( nf ) );
+    QV_INT length = ( *qvs )->length;
+    if ( qv___UnicodeNormalizedSpan( nf, qv::stringBacking( *qvs ), length ) == length )
+        return;
     qv::Local<QV_UNICODE_NORMALIZER> normalizer( qvUnicodeNormalizerCreate( nf ) );
     qvUnicodeNormalizerWrite( normalizer, *qvs );
     qvUnicodeNormalizerFlush( normalizer );

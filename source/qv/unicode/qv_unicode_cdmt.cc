@@ -47,6 +47,27 @@ constexpr CdmtRow rows[] = {
 constexpr QV_INT rowCount = QV_SIZEOF_ARRAY( rows );
 constexpr QV_INT firstWithTag = QV_UNICODE_CDMT_FONT;
 
+constexpr bool rowsStandAtTheirValues()
+{
+    for ( QV_INT idx = 0; idx < rowCount; idx++ )
+    {
+        if ( rows[idx].cdmt != idx )
+            return false;
+    }
+    return true;
+}
+static_assert( rowsStandAtTheirValues() );
+
+// The types with a tag.
+constexpr auto namesInOrder = [] {
+    std::array<qv::EnumName, rowCount - firstWithTag> names = {};
+    for ( QV_INT idx = firstWithTag; idx < rowCount; idx++ )
+    {
+        names[static_cast<size_t>( idx - firstWithTag )] = { rows[idx].cdmt, rows[idx].tag };
+    }
+    return qv::sortedByName( names );
+}();
+
 // From startup to shutdown.
 constinit qv::UnicodeNames tags = {};
 
@@ -54,13 +75,7 @@ constinit qv::UnicodeNames tags = {};
 
 void qv___UnicodeCdmtStartup()
 {
-    qv::EnumName names[rowCount];
-    for ( QV_INT idx = 0; idx < rowCount; idx++ )
-    {
-        QV_CHECK( rows[idx].cdmt == idx );
-        names[idx] = { idx, rows[idx].tag };
-    }
-    qv::unicodeNamesFill( &tags, names + firstWithTag, rowCount - firstWithTag );
+    qv::unicodeNamesFill( &tags, namesInOrder );
 }
 
 void qv___UnicodeCdmtShutdown()

@@ -11,9 +11,20 @@ namespace qv
 namespace
 {
 
+// Adds a name; names in ascending order are appended without a search.
 void addName( QV_DICT **names, QV_STRING *name, QV_BOXED_INT *value )
 {
-    QV_CHECK( !qvDictHasStringKey( *names, name ) );
+    QV_DICT *dict = *names;
+    QV_INT length = dictLength( dict );
+    bool isLast =
+        length == 0 || qvStringCompare( qvStringFrom( dictPairs( dict )[length - 1].key ), name ) < 0;
+    if ( isLast )
+    {
+        qv___DictMakeRoom( dict, length, 1 );
+        dict->items[length] = { objOf( retained( name ) ), objOf( retained( value ) ) };
+        return;
+    }
+    QV_CHECK( !qvDictHasStringKey( dict, name ) );
     qvDictSetStringKey( names, name, objOf( value ) );
 }
 
@@ -25,14 +36,14 @@ QV_INT findName( QV_DICT *names, QV_STRING *name )
 
 } // namespace
 
-void unicodeNamesFill( UnicodeNames *names, const EnumName *rows, QV_INT count )
+void unicodeNamesFill( UnicodeNames *names, std::span<const EnumName> rows )
 {
-    Local<QV_DICT> exact( qvDictCreate() );
-    Local<QV_DICT> folded( qvDictCreate() );
-    for ( QV_INT idx = 0; idx < count; idx++ )
+    Local<QV_DICT> exact( dictCreateFresh() );
+    Local<QV_DICT> folded( dictCreateFresh() );
+    for ( const EnumName &row : rows )
     {
-        Local<QV_BOXED_INT> value( qvBoxedIntCreate( rows[idx].value ) );
-        Local<QV_STRING> name( qvStringCreateFromCstr( rows[idx].name, -1 ) );
+        Local<QV_BOXED_INT> value( qvBoxedIntCreate( row.value ) );
+        Local<QV_STRING> name( qvStringCreateFromCstr( row.name, -1 ) );
         addName( exact.edit(), name, value );
         qvStringToCaseFold( name.edit() );
         addName( folded.edit(), name, value );

@@ -10,6 +10,11 @@
 #include <qv/unicode/qv_unicode_lookups.hh>
 #include <qv/unicode/qv_unicode_script.h>
 
+#include <algorithm>
+#include <array>
+#include <span>
+#include <string_view>
+
 inline QV_UNICODE_GENC qv___UnicodeGencDbLookup( QV_CHAR ch )
 {
     return qv::unicode::valueOf<qv::unicode::categoryShift>( qv::unicode::categoryBlocks,
@@ -95,7 +100,16 @@ struct UnicodeNames
     QV_DICT *folded;
 };
 
-void unicodeNamesFill( UnicodeNames *names, const EnumName *rows, QV_INT count );
+// The rows of a table in the order of the dictionary that is filled from them, so that filling it is appending.
+template <size_t COUNT> constexpr std::array<EnumName, COUNT> sortedByName( std::array<EnumName, COUNT> rows )
+{
+    std::sort( rows.begin(), rows.end(), []( const EnumName &rowA, const EnumName &rowB ) {
+        return std::string_view( rowA.name ) < std::string_view( rowB.name );
+    } );
+    return rows;
+}
+
+void unicodeNamesFill( UnicodeNames *names, std::span<const EnumName> rows );
 void unicodeNamesRetire( UnicodeNames *names );
 
 // The value with this name, -1 if there is none.

@@ -56,6 +56,26 @@ constexpr GencRow rows[] = {
 };
 constexpr QV_INT rowCount = QV_SIZEOF_ARRAY( rows );
 
+constexpr bool rowsStandAtTheirValues()
+{
+    for ( QV_INT idx = 0; idx < rowCount; idx++ )
+    {
+        if ( rows[idx].genc != idx )
+            return false;
+    }
+    return true;
+}
+static_assert( rowsStandAtTheirValues() );
+
+constexpr auto namesInOrder = [] {
+    std::array<qv::EnumName, rowCount> names = {};
+    for ( size_t idx = 0; idx < names.size(); idx++ )
+    {
+        names[idx] = { rows[idx].genc, rows[idx].abbreviation };
+    }
+    return qv::sortedByName( names );
+}();
+
 // From startup to shutdown.
 constinit qv::UnicodeNames abbreviations = {};
 
@@ -69,13 +89,7 @@ bool isBetween( QV_CHAR ch, QV_UNICODE_GENC first, QV_UNICODE_GENC last )
 
 void qv___UnicodeGencStartup()
 {
-    qv::EnumName names[rowCount];
-    for ( QV_INT idx = 0; idx < rowCount; idx++ )
-    {
-        QV_CHECK( rows[idx].genc == idx );
-        names[idx] = { idx, rows[idx].abbreviation };
-    }
-    qv::unicodeNamesFill( &abbreviations, names, rowCount );
+    qv::unicodeNamesFill( &abbreviations, namesInOrder );
 }
 
 void qv___UnicodeGencShutdown()

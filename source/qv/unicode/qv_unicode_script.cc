@@ -197,6 +197,26 @@ constexpr ScriptRow rows[] = {
 constexpr QV_INT rowCount = QV_SIZEOF_ARRAY( rows );
 constexpr QV_UNICODE_SCRIPT valueLeftOut = 99;
 
+constexpr bool rowsStandAtTheirValues()
+{
+    for ( QV_INT idx = 0; idx < rowCount; idx++ )
+    {
+        if ( rows[idx].script != ( idx < valueLeftOut ? idx : idx + 1 ) )
+            return false;
+    }
+    return true;
+}
+static_assert( rowsStandAtTheirValues() );
+
+constexpr auto namesInOrder = [] {
+    std::array<qv::EnumName, rowCount> names = {};
+    for ( size_t idx = 0; idx < names.size(); idx++ )
+    {
+        names[idx] = { rows[idx].script, rows[idx].name };
+    }
+    return qv::sortedByName( names );
+}();
+
 // From startup to shutdown.
 constinit qv::UnicodeNames scriptNames = {};
 
@@ -209,13 +229,7 @@ const ScriptRow &rowOf( QV_UNICODE_SCRIPT script )
 
 void qv___UnicodeScriptStartup()
 {
-    qv::EnumName names[rowCount];
-    for ( QV_INT idx = 0; idx < rowCount; idx++ )
-    {
-        QV_CHECK( rows[idx].script == ( idx < valueLeftOut ? idx : idx + 1 ) );
-        names[idx] = { rows[idx].script, rows[idx].name };
-    }
-    qv::unicodeNamesFill( &scriptNames, names, rowCount );
+    qv::unicodeNamesFill( &scriptNames, namesInOrder );
 }
 
 void qv___UnicodeScriptShutdown()
