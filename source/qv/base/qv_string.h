@@ -261,9 +261,9 @@ QV_API QV_VECTOR *qvStringSplitWcstr( QV_STRING *qvs, const wchar_t *sep, QV_INT
 QV_API QV_VECTOR *qvStringSplitChars( QV_STRING *qvs, const QV_CHAR *sep, QV_INT sepLength, QV_INT maxParts );
 QV_API QV_VECTOR *qvStringSplitChar( QV_STRING *qvs, QV_CHAR sep, QV_INT maxParts );
 
-/* A new vector of strings: the parts between runs of Unicode white space, none of them empty, but one empty
- * string for a blank text. At most maxParts parts (1 or more, -1 without limit), the last of which keeps its
- * inner white space. */
+/* A new vector of strings: the parts between runs of Unicode white space, none of them empty, but one empty string for a
+ * blank text. White space at both ends of the text never counts. At most maxParts parts (1 or more, -1 without limit); the
+ * last of them is everything behind the one white-space character that ended the part before it. */
 QV_API QV_VECTOR *qvStringSplitWhitespace( QV_STRING *qvs, QV_INT maxParts );
 
 /* Appends delimiter unless *dest is empty, then src. An empty src still brings its delimiter. The name tells
