@@ -16,7 +16,7 @@ struct qv___BoxedPointer : qv___Obj
 typedef struct qv___BoxedPointer QV___BOXED_POINTER;
 
 QV_BEGIN_DECLS
-QV_SORT_FUNCTIONS( QV___BOXED_POINTER, qv___BoxedPointer )
+QV_SORT_FUNCTIONS_INTERNAL( QV___BOXED_POINTER, qv___BoxedPointer )
 QV_END_DECLS
 
 // A new object; destroy( value ) runs at its end, if destroy isn't null.

@@ -22,7 +22,7 @@ struct qv___EventQueue : qv___Obj
     QV___EVENT_QUEUE_IMP *imp;
 };
 
-QV_SORT_FUNCTIONS( QV___EVENT_QUEUE_IMP, qv___EventQueueImp )
+QV_SORT_FUNCTIONS_INTERNAL( QV___EVENT_QUEUE_IMP, qv___EventQueueImp )
 
 // The inner object, retained.
 QV___EVENT_QUEUE_IMP *qv___EventQueueImp( QV_EVENT_QUEUE *queue );

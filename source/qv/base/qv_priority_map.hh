@@ -24,7 +24,7 @@ struct qv___PriorityMap : qv___Obj
 };
 
 QV_BEGIN_DECLS
-QV_SORT_FUNCTIONS( QV___PRIORITY_MAP_ENTRY, qv___PriorityMapEntry )
+QV_SORT_FUNCTIONS_INTERNAL( QV___PRIORITY_MAP_ENTRY, qv___PriorityMapEntry )
 QV_END_DECLS
 
 void qv___PriorityMapFreeFunc( qvObj thisObj );

@@ -49,7 +49,7 @@ extern QV___STORE_VALUE *qv___StoreValueIntMinusOne;
 extern QV_STORE *qv___StoreEmpty;
 extern QV_STORE *qv___StoreEmptyArray;
 
-QV_SORT_FUNCTIONS( QV___STORE_VALUE, qv___StoreValue )
+QV_SORT_FUNCTIONS_INTERNAL( QV___STORE_VALUE, qv___StoreValue )
 
 QV___STORE_VALUE_HINTS qv___StoreValueHintsNormalize( QV___STORE_VALUE_HINTS hints );
 QV___STORE_VALUE_HINTS qv___StoreValueHintsFromString( QV_STRING *qvs );

@@ -47,8 +47,8 @@ struct qv___Signalable : qv___Obj
     QV___SIGNALABLE_IMP *imp;
 };
 
-QV_SORT_FUNCTIONS( QV___ALERTABLE_IMP, qv___AlertableImp )
-QV_SORT_FUNCTIONS( QV___SIGNALABLE_IMP, qv___SignalableImp )
+QV_SORT_FUNCTIONS_INTERNAL( QV___ALERTABLE_IMP, qv___AlertableImp )
+QV_SORT_FUNCTIONS_INTERNAL( QV___SIGNALABLE_IMP, qv___SignalableImp )
 
 // The inner object, retained.
 QV___ALERTABLE_IMP *qv___AlertableImp( QV_ALERTABLE *alb );

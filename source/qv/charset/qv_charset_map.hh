@@ -129,8 +129,8 @@ struct qv___CharsetMapCharSinkClosure : qv___Obj
 };
 
 extern "C" {
-QV_SORT_FUNCTIONS( QV___CHARSET_MAP_CHAR_SOURCE_CLOSURE, qv___CharsetMapCharSourceClosure )
-QV_SORT_FUNCTIONS( QV___CHARSET_MAP_CHAR_SINK_CLOSURE, qv___CharsetMapCharSinkClosure )
+QV_SORT_FUNCTIONS_INTERNAL( QV___CHARSET_MAP_CHAR_SOURCE_CLOSURE, qv___CharsetMapCharSourceClosure )
+QV_SORT_FUNCTIONS_INTERNAL( QV___CHARSET_MAP_CHAR_SINK_CLOSURE, qv___CharsetMapCharSinkClosure )
 }
 
 void qv___CharsetMapCharSourceClosureFreeFunc( qvObj thisObj );

@@ -16,15 +16,17 @@
  * ...ToString  the text form, owned by the caller; null stops the process.
  * ...Compare   negative, 0 or positive; null stops the process.
  * ...Equals    true if the comparison gives 0. */
-#define QV_SORT_FUNCTIONS( NAME, prefix )                                                                    \
-    QV_API QV_SORT *prefix##Sort( void );                                                                    \
-    QV_API void prefix##Retain( NAME *obj );                                                                 \
-    QV_API void prefix##Release( NAME *obj );                                                                \
-    QV_API qvObj prefix##Obj( NAME *obj );                                                                   \
-    QV_API NAME *prefix##From( qvObj obj );                                                                  \
-    QV_API QV_STRING *prefix##ToString( NAME *obj );                                                         \
-    QV_API QV_INT prefix##Compare( NAME *objA, NAME *objB );                                                 \
-    QV_API QV_BOOL prefix##Equals( NAME *objA, NAME *objB );
+#define QV_SORT_FUNCTIONS( NAME, prefix ) QV___SORT_FUNCTIONS( QV_API, NAME, prefix )
+
+#define QV___SORT_FUNCTIONS( api, NAME, prefix )                                                             \
+    api QV_SORT *prefix##Sort( void );                                                                       \
+    api void prefix##Retain( NAME *obj );                                                                    \
+    api void prefix##Release( NAME *obj );                                                                   \
+    api qvObj prefix##Obj( NAME *obj );                                                                      \
+    api NAME *prefix##From( qvObj obj );                                                                     \
+    api QV_STRING *prefix##ToString( NAME *obj );                                                            \
+    api QV_INT prefix##Compare( NAME *objA, NAME *objB );                                                    \
+    api QV_BOOL prefix##Equals( NAME *objA, NAME *objB );
 
 QV_BEGIN_DECLS
 
