@@ -215,6 +215,15 @@ TEST( StringClean, NormalForms )
     qvStringNormalize( qvs.edit(), QV_UNICODE_NORMAL_FORM_KD );
     EXPECT_EQ( "e\u0301fi", toUtf8( qvs ) );
     EXPECT_EQ( "e\u0301\uFB01", toUtf8( other ) );
+    for ( QV_INT form = QV_UNICODE_NORMAL_FORM_C; form <= QV_UNICODE_NORMAL_FORM_KD; form++ )
+    {
+        Owned pair = text( Text( { U'a', 0xD83D, 0xDE00, U'b', 0xDC00 } ) );
+        qvStringNormalize( pair.edit(), form );
+        EXPECT_EQ( Text( U"a\U0001F600b" ), toU32( pair ) ) << form;
+        Owned lone = text( Text( { U'a', 0xD800 } ) );
+        qvStringNormalize( lone.edit(), form );
+        EXPECT_EQ( Text( U"a" ), toU32( lone ) ) << form;
+    }
     EXPECT_DEATH( qvStringNormalize( qvs.edit(), 4 ), "QV_UNICODE_NORMAL_FORM_OK" );
 }
 
