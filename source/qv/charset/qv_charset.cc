@@ -31,26 +31,26 @@ constexpr qv::EnumName flagNames[] = {
     { QV_CHARSET_FLAG_INSERT_BYTE_ORDER_MARK, "QV_CHARSET_FLAG_INSERT_BYTE_ORDER_MARK" },
 };
 
-void setName( QV_STRING *name, QV_CHARSET cs )
+// Enters a name, which is folded, under the boxed charset.
+void registerName( QV_STRING **name, QV_BOXED_INT *value )
 {
-    qv::Local<QV_STRING> folded( qvStringCreateFrom( name ) );
-    qvStringToCaseFold( folded.edit() );
-    qv::Local<QV_BOXED_INT> value( qvBoxedIntCreate( cs ) );
-    qvDictSetStringKey( &qv___CharsetFromIanaNameDict, folded, qv::objOf<QV_BOXED_INT>( value ) );
+    qvStringToCaseFold( name );
+    qvDictSetStringKey( &qv___CharsetFromIanaNameDict, *name, qv::objOf( value ) );
 }
 
-void registerAlias( QV_CHARSET cs, const char *alias, QV_INT aliasLength )
+void registerAlias( const char *alias, QV_INT aliasLength, QV_BOXED_INT *value )
 {
     qv::Local<QV_STRING> name( qvStringCreateFromAscii( alias, aliasLength ) );
-    setName( name, cs );
+    registerName( name.edit(), value );
 }
 
 void registerAliases( QV_CHARSET cs, const char *aliases )
 {
+    qv::Local<QV_BOXED_INT> value( qvBoxedIntCreate( cs ) );
     while ( *aliases )
     {
         const size_t length = std::strcspn( aliases, " " );
-        registerAlias( cs, aliases, static_cast<QV_INT>( length ) );
+        registerAlias( aliases, static_cast<QV_INT>( length ), value );
         aliases += length + ( aliases[length] == ' ' );
     }
 }
@@ -70,13 +70,15 @@ void qv___CharsetRegisterCharset( QV_CHARSET cs, const char *enumerantName, cons
     qvEnumSetEnumerantCstr( &qv___CharsetEnum, enumerantName, -1, cs );
     qv::Local<QV_STRING> name( qvStringCreateFromAscii( ianaName, -1 ) );
     qvDictSetIntKey( &qv___CharsetToIanaNameDict, cs, qv::objOf<QV_STRING>( name ) );
-    setName( name, cs );
+    qv::Local<QV_BOXED_INT> value( qvBoxedIntCreate( cs ) );
+    registerName( name.edit(), value );
 }
 
 void qv___CharsetRegisterAlias( QV_CHARSET cs, const char *alias )
 {
     QV_CHECK( QV_CHARSET_OK( cs ) );
-    registerAlias( cs, alias, -1 );
+    qv::Local<QV_BOXED_INT> value( qvBoxedIntCreate( cs ) );
+    registerAlias( alias, -1, value );
 }
 
 void qv___CharsetRegisterWindowsCodePage( QV_CHARSET cs, QV_INT codePage )

@@ -35,18 +35,39 @@ inline QV_INT encodeByTable( const ByteMap &map, const QV_CHAR *chars, QV_INT co
     return count;
 }
 
+inline void decodeFour( const uint16_t *charOf, uint32_t word, QV_CHAR *chars )
+{
+    chars[0] = charOf[word & 0xFF];
+    chars[1] = charOf[word >> 8 & 0xFF];
+    chars[2] = charOf[word >> 16 & 0xFF];
+    chars[3] = charOf[word >> 24];
+}
+
+inline bool hasUnassigned( const QV_CHAR *chars )
+{
+    bool found = false;
+    for ( QV_INT idx = 0; idx < asciiBlock; idx++ )
+    {
+        found |= chars[idx] == replacementChar;
+    }
+    return found;
+}
+
 // Decodes a block. False if it holds an unassigned byte and mayFail tells that this matters.
 inline bool decodeBlock( const ByteMap &map, bool mayFail, const unsigned char *bytes, QV_CHAR *chars )
 {
-    if ( map.asciiBase && widenBlock( bytes, chars ) == 0 )
-        return true;
-    bool assigned = true;
-    for ( QV_INT idx = 0; idx < asciiBlock; idx++ )
+    const uint32_t words[] = { loadFour( bytes ), loadFour( bytes + 4 ), loadFour( bytes + 8 ),
+                               loadFour( bytes + 12 ) };
+    if ( map.asciiBase && ( ( words[0] | words[1] | words[2] | words[3] ) & 0x80808080u ) == 0 )
     {
-        chars[idx] = map.charOf[bytes[idx]];
-        assigned &= chars[idx] != replacementChar;
+        widenBlock( bytes, chars );
+        return true;
     }
-    return assigned || !mayFail;
+    decodeFour( map.charOf, words[0], chars );
+    decodeFour( map.charOf, words[1], chars + 4 );
+    decodeFour( map.charOf, words[2], chars + 8 );
+    decodeFour( map.charOf, words[3], chars + 12 );
+    return !mayFail || !hasUnassigned( chars );
 }
 
 // Decodes up to a block of bytes one by one. False if an unassigned byte ends the conversion.
@@ -69,18 +90,20 @@ bool decodeSingly( const ByteMap &map, OnInvalid invalid, DecodeSpan *span )
 bool mapDecode( const ByteMap &map, OnInvalid invalid, DecodeSpan *span )
 {
     const bool mayFail = !map.complete && invalid != OnInvalid::replace;
+    DecodeSpan rest = *span;
     bool good = true;
-    while ( good && span->bytes < span->bytesEnd && span->chars < span->charsEnd )
+    while ( good && rest.bytes < rest.bytesEnd && rest.chars < rest.charsEnd )
     {
-        if ( span->bytesEnd - span->bytes >= asciiBlock && span->charsEnd - span->chars >= asciiBlock &&
-             decodeBlock( map, mayFail, span->bytes, span->chars ) )
+        if ( rest.bytesEnd - rest.bytes >= asciiBlock && rest.charsEnd - rest.chars >= asciiBlock &&
+             decodeBlock( map, mayFail, rest.bytes, rest.chars ) )
         {
-            span->bytes += asciiBlock;
-            span->chars += asciiBlock;
+            rest.bytes += asciiBlock;
+            rest.chars += asciiBlock;
             continue;
         }
-        good = decodeSingly( map, invalid, span );
+        good = decodeSingly( map, invalid, &rest );
     }
+    *span = rest;
     return good;
 }
 

@@ -25,6 +25,14 @@ inline uint32_t loadFour( const unsigned char *bytes )
            static_cast<uint32_t>( bytes[2] ) << 16 | static_cast<uint32_t>( bytes[3] ) << 24;
 }
 
+// Little-endian store of four bytes.
+inline void storeFour( uint32_t word, unsigned char *bytes )
+{
+    if constexpr ( std::endian::native != std::endian::little )
+        word = __builtin_bswap32( word );
+    std::memcpy( bytes, &word, sizeof( word ) );
+}
+
 #if defined( __SSE2__ )
 
 // Stores a block of bytes as characters, and returns the mask of those that aren't ASCII, lowest bit first.

@@ -11,69 +11,114 @@ namespace
 
 constexpr QV_INT longestSequence = 4;
 
-// Decodes one whole sequence of several bytes at *bytes, with four bytes to look at. Returns its length, 0 if it isn't a
-// good one.
-inline QV_INT decodeSequence( const unsigned char *bytes, QV_CHAR *ch )
+// How a sequence of each length looks in four bytes, and what it stands for.
+inline bool isTwo( uint32_t word )
 {
-    const uint32_t word = loadFour( bytes );
-    if ( ( word & 0x00C0E0u ) == 0x0080C0u )
+    return ( word & 0x00C0E0u ) == 0x0080C0u;
+}
+
+inline QV_CHAR twoOf( uint32_t word )
+{
+    return ( word & 0x1F ) << 6 | ( word >> 8 & 0x3F );
+}
+
+// Zero for a sequence of three bytes.
+inline uint32_t unlikeThree( uint32_t word )
+{
+    return ( word ^ 0x8080E0u ) & 0xC0C0F0u;
+}
+
+inline QV_CHAR threeOf( uint32_t word )
+{
+    return ( word & 0x0F ) << 12 | ( word >> 2 & 0xFC0 ) | ( word >> 16 & 0x3F );
+}
+
+inline bool isFour( uint32_t word )
+{
+    return ( word & 0xC0C0C0F8u ) == 0x808080F0u;
+}
+
+inline QV_CHAR fourOf( uint32_t word )
+{
+    return ( word & 0x07 ) << 18 | ( word << 4 & 0x3F000 ) | ( word >> 10 & 0xFC0 ) | ( word >> 24 & 0x3F );
+}
+
+// Decodes a run of good sequences of several bytes, while there are four bytes to look at. True if it stopped at an ASCII
+// byte or for lack of room, false at anything else.
+inline bool decodeSequences( DecodeSpan *span )
+{
+    const unsigned char *bytes = span->bytes;
+    QV_CHAR *chars = span->chars;
+    bool good = true;
+    while ( good && span->bytesEnd - bytes >= longestSequence && chars < span->charsEnd )
     {
-        *ch = ( word & 0x1F ) << 6 | ( word >> 8 & 0x3F );
-        return 2;
+        const uint32_t word = loadFour( bytes );
+        if ( ( word & 0x80 ) == 0 )
+            break;
+        if ( isTwo( word ) )
+        {
+            *chars++ = twoOf( word );
+            bytes += 2;
+            continue;
+        }
+        good = unlikeThree( word ) == 0;
+        if ( good && span->bytesEnd - bytes >= asciiBlock && span->charsEnd - chars >= 4 )
+        {
+            const uint32_t second = loadFour( bytes + 3 );
+            const uint32_t third = loadFour( bytes + 6 );
+            const uint32_t fourth = loadFour( bytes + 9 );
+            if ( ( unlikeThree( second ) | unlikeThree( third ) | unlikeThree( fourth ) ) == 0 )
+            {
+                chars[0] = threeOf( word );
+                chars[1] = threeOf( second );
+                chars[2] = threeOf( third );
+                chars[3] = threeOf( fourth );
+                chars += 4;
+                bytes += 12;
+                continue;
+            }
+        }
+        if ( good )
+        {
+            *chars++ = threeOf( word );
+            bytes += 3;
+        }
+        else if ( isFour( word ) && QV_CHAR_OK( fourOf( word ) ) )
+        {
+            *chars++ = fourOf( word );
+            bytes += 4;
+            good = true;
+        }
     }
-    if ( ( word & 0xC0C0F0u ) == 0x8080E0u )
-    {
-        *ch = ( word & 0x0F ) << 12 | ( word >> 2 & 0xFC0 ) | ( word >> 16 & 0x3F );
-        return 3;
-    }
-    if ( ( word & 0xC0C0C0F8u ) == 0x808080F0u )
-    {
-        *ch =
-            ( word & 0x07 ) << 18 | ( word << 4 & 0x3F000 ) | ( word >> 10 & 0xFC0 ) | ( word >> 24 & 0x3F );
-        return QV_CHAR_OK( *ch ) ? 4 : 0;
-    }
-    return 0;
+    span->bytes = bytes;
+    span->chars = chars;
+    return good;
 }
 
 // Decodes good characters until something else comes, or a sequence so near the end that it can't be looked at whole.
 void decodeGood( DecodeSpan *span )
 {
-    const unsigned char *bytes = span->bytes;
-    const unsigned char *const bytesEnd = span->bytesEnd;
-    QV_CHAR *chars = span->chars;
-    QV_CHAR *const charsEnd = span->charsEnd;
-    while ( bytes < bytesEnd && chars < charsEnd )
+    DecodeSpan rest = *span;
+    bool good = true;
+    while ( good && rest.bytes < rest.bytesEnd && rest.chars < rest.charsEnd )
     {
-        if ( bytesEnd - bytes >= asciiBlock && charsEnd - chars >= asciiBlock )
+        if ( rest.bytesEnd - rest.bytes >= asciiBlock && rest.charsEnd - rest.chars >= asciiBlock )
         {
-            const unsigned mask = widenBlock( bytes, chars );
+            const unsigned mask = widenBlock( rest.bytes, rest.chars );
             const int leading = mask == 0 ? static_cast<int>( asciiBlock ) : std::countr_zero( mask );
-            bytes += leading;
-            chars += leading;
+            rest.bytes += leading;
+            rest.chars += leading;
             if ( mask == 0 )
                 continue;
         }
-        else if ( *bytes < 0x80 )
+        else if ( *rest.bytes < 0x80 )
         {
-            *chars++ = *bytes++;
+            *rest.chars++ = *rest.bytes++;
             continue;
         }
-        QV_INT length = 0;
-        do
-        {
-            if ( bytesEnd - bytes < longestSequence )
-                break;
-            length = decodeSequence( bytes, chars );
-            if ( length == 0 )
-                break;
-            bytes += length;
-            chars++;
-        } while ( chars < charsEnd && bytes < bytesEnd && *bytes >= 0x80 );
-        if ( length == 0 || bytesEnd - bytes < longestSequence )
-            break;
+        good = rest.bytesEnd - rest.bytes >= longestSequence && decodeSequences( &rest );
     }
-    span->bytes = bytes;
-    span->chars = chars;
+    *span = rest;
 }
 
 // The length of the encoded character, which is valid and for which there is room.
@@ -104,38 +149,62 @@ inline QV_INT encodeChar( QV_CHAR ch, unsigned char *bytes )
     return 4;
 }
 
-// Encodes valid characters until an invalid one comes, or one that finds no room.
-void encodeGood( EncodeSpan *span )
+// Encodes a run of valid characters that aren't ASCII, while there are four bytes of room. Each is stored as four bytes,
+// of which the next one overwrites those that are too many.
+inline void encodeSequences( EncodeSpan *span )
 {
     const QV_CHAR *chars = span->chars;
-    const QV_CHAR *const charsEnd = span->charsEnd;
     unsigned char *bytes = span->bytes;
-    unsigned char *const bytesEnd = span->bytesEnd;
-    while ( chars < charsEnd )
+    while ( chars < span->charsEnd && span->bytesEnd - bytes >= longestSequence )
     {
-        if ( charsEnd - chars >= asciiBlock && bytesEnd - bytes >= asciiBlock )
+        const QV_CHAR ch = *chars;
+        const uint32_t last = 0x80 | ( ch & 0x3F );
+        if ( ch < 0x80 || !QV_CHAR_OK( ch ) )
+            break;
+        chars++;
+        if ( ch < 0x800 )
         {
-            const unsigned mask = narrowBlock( chars, bytes );
-            const int leading = mask == 0 ? static_cast<int>( asciiBlock ) : std::countr_zero( mask );
-            chars += leading;
-            bytes += leading;
-            if ( mask == 0 )
-                continue;
+            storeFour( 0xC0 | ch >> 6 | last << 8, bytes );
+            bytes += 2;
+            continue;
         }
-        // At least one character in full care, and more of them while they aren't ASCII.
-        do
+        const uint32_t middle = 0x80 | ( ch >> 6 & 0x3F );
+        if ( ch < 0x10000 )
         {
-            if ( !QV_CHAR_OK( *chars ) || bytesEnd - bytes < utf8Length( *chars ) )
-            {
-                span->chars = chars;
-                span->bytes = bytes;
-                return;
-            }
-            bytes += encodeChar( *chars++, bytes );
-        } while ( chars < charsEnd && *chars >= 0x80 );
+            storeFour( 0xE0 | ch >> 12 | middle << 8 | last << 16, bytes );
+            bytes += 3;
+            continue;
+        }
+        storeFour( 0xF0 | ch >> 18 | ( 0x80 | ( ch >> 12 & 0x3F ) ) << 8 | middle << 16 | last << 24, bytes );
+        bytes += 4;
     }
     span->chars = chars;
     span->bytes = bytes;
+}
+
+// Encodes valid characters until an invalid one comes, or one that finds no room.
+void encodeGood( EncodeSpan *span )
+{
+    EncodeSpan rest = *span;
+    while ( rest.chars < rest.charsEnd )
+    {
+        if ( rest.charsEnd - rest.chars >= asciiBlock && rest.bytesEnd - rest.bytes >= asciiBlock )
+        {
+            const unsigned mask = narrowBlock( rest.chars, rest.bytes );
+            const int leading = mask == 0 ? static_cast<int>( asciiBlock ) : std::countr_zero( mask );
+            rest.chars += leading;
+            rest.bytes += leading;
+            if ( mask == 0 )
+                continue;
+        }
+        encodeSequences( &rest );
+        if ( rest.chars == rest.charsEnd || !QV_CHAR_OK( *rest.chars ) ||
+             rest.bytesEnd - rest.bytes < utf8Length( *rest.chars ) )
+            break;
+        if ( *rest.chars < 0x80 || rest.bytesEnd - rest.bytes < longestSequence )
+            rest.bytes += encodeChar( *rest.chars++, rest.bytes );
+    }
+    *span = rest;
 }
 
 } // namespace
