@@ -41,7 +41,8 @@ int bitOf( QV_INT value )
 
 bool isSingleBit( QV_INT value )
 {
-    return std::has_single_bit( static_cast<uint64_t>( value ) );
+    uint64_t bits = static_cast<uint64_t>( value );
+    return bits != 0 && ( bits & ( bits - 1 ) ) == 0;
 }
 
 // Enters a name into a private flag set.

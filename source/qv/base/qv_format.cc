@@ -90,6 +90,11 @@ int bitWidth( uint64_t magnitude )
     return static_cast<int>( std::bit_width( magnitude | 1 ) );
 }
 
+bool isPowerOfTwo( unsigned base )
+{
+    return ( base & ( base - 1 ) ) == 0;
+}
+
 int decimalDigitCount( uint64_t magnitude )
 {
     // 1233 / 4096 is just above the logarithm of 2, so the guess is right or one too high.
@@ -101,7 +106,7 @@ int digitCount( uint64_t magnitude, unsigned base )
 {
     if ( base == 10 )
         return decimalDigitCount( magnitude );
-    if ( std::has_single_bit( base ) )
+    if ( isPowerOfTwo( base ) )
     {
         int shift = std::countr_zero( base );
         return ( bitWidth( magnitude ) + shift - 1 ) / shift;
@@ -150,7 +155,7 @@ void writeDigits( QV_CHAR *end, uint64_t magnitude, unsigned base, QV_FORMAT_FLA
         return;
     }
     const QV_CHAR *digits = digitTable( flags );
-    if ( std::has_single_bit( base ) )
+    if ( isPowerOfTwo( base ) )
     {
         int shift = std::countr_zero( base );
         do
@@ -174,6 +179,33 @@ QV_CHAR *fill( QV_CHAR *pos, QV_CHAR ch, QV_INT count )
         pos[idx] = ch;
     }
     return pos + count;
+}
+
+// Copies a text that is mostly short, in pieces that need no call.
+void copyText( QV_CHAR *dest, const QV_CHAR *src, QV_INT count )
+{
+    if ( count > 32 )
+    {
+        qv::copyChars( dest, src, count );
+        return;
+    }
+    for ( ; count >= 4; count -= 4, dest += 4, src += 4 )
+    {
+        std::memcpy( dest, src, 4 * sizeof( QV_CHAR ) );
+    }
+    for ( ; count > 0; count-- )
+    {
+        *dest++ = *src++;
+    }
+}
+
+// Opens a gap at the end of *dest; a null *dest becomes a new string of just the gap.
+QV_CHAR *openOutput( QV_STRING **dest, QV_INT count )
+{
+    if ( *dest )
+        return qv::stringOpenEnd( dest, count );
+    *dest = qv::stringCreateUnfilled( count );
+    return qv::stringBacking( *dest );
 }
 
 // ---- The frame of a number: pad, sign and base prefix ----
@@ -250,7 +282,7 @@ QV_CHAR *openNumber( QV_STRING **dest, bool negative, QV_INT base, QV_INT minWid
     QV_INT length = digitsLength + aroundLength;
     frame.pad = minWidth > length ? minWidth - length : 0;
 
-    QV_CHAR *pos = qv::stringOpenEnd( dest, length + frame.pad );
+    QV_CHAR *pos = openOutput( dest, length + frame.pad );
     if ( frame.pad > 0 && !( flags & ( QV_FORMAT_FLAG_LEFTALIGN | QV_FORMAT_FLAG_ZEROPAD ) ) )
         pos = fill( pos, ' ', frame.pad );
     if ( frame.sign )
@@ -264,6 +296,15 @@ QV_CHAR *openNumber( QV_STRING **dest, bool negative, QV_INT base, QV_INT minWid
     if ( frame.pad > 0 && ( flags & QV_FORMAT_FLAG_LEFTALIGN ) )
         fill( pos + digitsLength, ' ', frame.pad );
     return pos;
+}
+
+// The form that most integers have.
+void appendPlainDecimal( QV_STRING **dest, bool negative, uint64_t magnitude )
+{
+    QV_INT digitsLength = decimalDigitCount( magnitude );
+    QV_CHAR *pos = openOutput( dest, digitsLength + negative );
+    *pos = '-';
+    writeDecimalDigits( pos + negative + digitsLength, magnitude );
 }
 
 // ---- Digits of reals ----
@@ -436,10 +477,10 @@ void qv___FormatEncodeChars( QV_STRING **dest, const QV_CHAR *src, QV_INT srcLen
     QV_INT pad = minWidth > srcLength ? minWidth - srcLength : 0;
     if ( srcLength + pad == 0 )
         return;
-    QV_CHAR *pos = qv::stringOpenEnd( dest, srcLength + pad );
+    QV_CHAR *pos = openOutput( dest, srcLength + pad );
     if ( !( flags & QV_FORMAT_FLAG_LEFTALIGN ) )
         pos = fill( pos, ' ', pad );
-    qv::copyChars( pos, src, srcLength );
+    copyText( pos, src, srcLength );
     if ( flags & QV_FORMAT_FLAG_LEFTALIGN )
         fill( pos + srcLength, ' ', pad );
 }
@@ -451,6 +492,11 @@ void qv::formatAppendInt( QV_STRING **dest, QV_INT value, QV_INT base, QV_INT mi
     flags = qvFormatFlagsNormalize( flags );
     uint64_t magnitude =
         value < 0 ? uint64_t( 0 ) - static_cast<uint64_t>( value ) : static_cast<uint64_t>( value );
+    if ( base == 10 && flags == 0 && minWidth <= 1 )
+    {
+        appendPlainDecimal( dest, value < 0, magnitude );
+        return;
+    }
     unsigned radix = static_cast<unsigned>( base );
     QV_INT digitsLength = digitCount( magnitude, radix );
     QV_CHAR *pos = openNumber( dest, value < 0, base, minWidth, digitsLength, flags );
@@ -508,7 +554,7 @@ QV_STRING *qvFormatEncodeBool( QV_BOOL value, QV_INT minWidth, QV_FORMAT_FLAGS f
 
 QV_STRING *qvFormatEncodeInt( QV_INT value, QV_INT base, QV_INT minWidth, QV_FORMAT_FLAGS flags )
 {
-    qv::Local<QV_STRING> res( qv::stringCreateUnfilled( 0 ) );
+    qv::Local<QV_STRING> res;
     qv::formatAppendInt( res.edit(), value, base, minWidth, flags );
     return res.give();
 }
@@ -516,7 +562,7 @@ QV_STRING *qvFormatEncodeInt( QV_INT value, QV_INT base, QV_INT minWidth, QV_FOR
 QV_STRING *qvFormatEncodeReal( double value, QV_INT base, QV_INT minWidth, QV_INT precision,
                                QV_FORMAT_FLAGS flags )
 {
-    qv::Local<QV_STRING> res( qv::stringCreateUnfilled( 0 ) );
+    qv::Local<QV_STRING> res;
     qv::formatAppendReal( res.edit(), value, base, minWidth, precision, flags );
     return res.give();
 }
@@ -526,7 +572,10 @@ QV_STRING *qvFormatEncodeChars( const QV_CHAR *src, QV_INT srcLength, QV_INT min
     QV_CHECK( srcLength >= 0 );
     QV_CHECK( src || srcLength == 0 );
     QV_CHECK( qvCharsAllOk( src, srcLength ) );
-    qv::Local<QV_STRING> res( qvStringCreate() );
+    QV_CHECK( minWidth >= 0 );
+    if ( srcLength == 0 && minWidth == 0 )
+        return qvStringCreate();
+    qv::Local<QV_STRING> res;
     qv___FormatEncodeChars( res.edit(), src, srcLength, minWidth, flags );
     return res.give();
 }

@@ -17,17 +17,11 @@ QV_STRING *qv___FormatArgList( QV_STRING *fmt, QV_ARG_LIST *argList );
 // The same with the format as code points, so that formats given as bytes need no string object.
 QV_STRING *qv___FormatCharsArgList( const QV_CHAR *fmt, QV_INT fmtLength, QV_ARG_LIST *argList );
 
-// The flag characters of the engine as bits; # counts its repetitions up to 3.
-#define QV___FORMAT_FMT_LEFT      0x01 // -
-#define QV___FORMAT_FMT_NOSIGN    0x02 // _
-#define QV___FORMAT_FMT_PLUS      0x04 // +
-#define QV___FORMAT_FMT_BLANK     0x08 // blank
-#define QV___FORMAT_FMT_ZERO      0x10 // 0
-#define QV___FORMAT_FMT_UPPER     0x20 // ^
-#define QV___FORMAT_FMT_DECIMAL   0x40 // '
-#define QV___FORMAT_FMT_OWNED     0x80 // ~
-#define QV___FORMAT_FMT_HASH      0x100
-#define QV___FORMAT_FMT_HASH_MASK 0x300
+// The flag characters of the engine as bits: the encoders' flags, and above them those that only the engine
+// knows. # counts its repetitions up to 3.
+#define QV___FORMAT_FMT_HASH      0x200
+#define QV___FORMAT_FMT_HASH_MASK 0x600
+#define QV___FORMAT_FMT_OWNED     0x800 // ~
 
 // The workers of the engine; dest is a handle, fmtFlags are flag characters.
 void qv___FormatFmtInt( QV_STRING **dest, QV_INT value, QV_INT base, QV_INT minWidth, QV_INT fmtFlags );
@@ -54,7 +48,8 @@ void qv___FormatShutdown();
 namespace qv
 {
 
-// The encoders' appending forms, with the same checks. They write into the storage of *dest at once.
+// The encoders' appending forms, with the same checks. They write into the storage of *dest at once; a null
+// *dest becomes a new string.
 void formatAppendInt( QV_STRING **dest, QV_INT value, QV_INT base, QV_INT minWidth, QV_FORMAT_FLAGS flags );
 void formatAppendReal( QV_STRING **dest, double value, QV_INT base, QV_INT minWidth, QV_INT precision,
                        QV_FORMAT_FLAGS flags );

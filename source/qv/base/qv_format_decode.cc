@@ -204,8 +204,8 @@ bool readHead( Scanner *scan, QV_INT base, NumberHead *head )
 
 // ---- Digits ----
 
-// While a magnitude is at most this, one more digit of any base can't overflow.
-constexpr uint64_t safeMagnitude = ( static_cast<uint64_t>( QV_INT_MAX ) - 35 ) / 36;
+// So many decimal digits fit without a look at the limit.
+constexpr QV_INT quickDigits = 18;
 
 // Reads digits up to the first character that isn't one or would exceed the limit.
 uint64_t readDigits( Scanner *scan, unsigned base, uint64_t limit )
@@ -215,8 +215,8 @@ uint64_t readDigits( Scanner *scan, unsigned base, uint64_t limit )
     uint64_t magnitude = 0;
     if ( base == 10 )
     {
-        // Apart, so that the product is two additions.
-        while ( pos < end && *pos - '0' < 10u && magnitude <= safeMagnitude )
+        const QV_CHAR *quickEnd = end - pos > quickDigits ? pos + quickDigits : end;
+        while ( pos < quickEnd && *pos - '0' < 10u )
         {
             magnitude = magnitude * 10 + ( *pos - '0' );
             pos++;

@@ -60,19 +60,19 @@ QV_INT flagOf( QV_CHAR ch )
     switch ( ch )
     {
     case '-':
-        return QV___FORMAT_FMT_LEFT;
+        return QV_FORMAT_FLAG_LEFTALIGN;
     case '_':
-        return QV___FORMAT_FMT_NOSIGN;
+        return QV_FORMAT_FLAG_NOSIGN;
     case '+':
-        return QV___FORMAT_FMT_PLUS;
+        return QV_FORMAT_FLAG_PLUSPOS;
     case ' ':
-        return QV___FORMAT_FMT_BLANK;
+        return QV_FORMAT_FLAG_BLANKPOS;
     case '0':
-        return QV___FORMAT_FMT_ZERO;
+        return QV_FORMAT_FLAG_ZEROPAD;
     case '^':
-        return QV___FORMAT_FMT_UPPER;
+        return QV_FORMAT_FLAG_UPPERCASE;
     case '\'':
-        return QV___FORMAT_FMT_DECIMAL;
+        return QV_FORMAT_FLAG_BASEDECIMAL;
     case '~':
         return QV___FORMAT_FMT_OWNED;
     case '#':
@@ -96,6 +96,35 @@ QV_INT readFlags( Reader *reader )
     return flags;
 }
 
+bool isLetter( QV_CHAR ch )
+{
+    return ( ch | 0x20 ) - 'a' < 26u;
+}
+
+// Characters that neither belong to a number nor to the white space around it.
+bool endsNumber( QV_CHAR ch )
+{
+    return isLetter( ch ) || ch == '%' || ch == '.' || ch == '!';
+}
+
+// Takes a number of a few plain digits, the form that numbers in formats nearly always have.
+bool takeShortNumber( const QV_CHAR *fmt, QV_INT fmtLength, QV_INT *position, QV_INT *value )
+{
+    constexpr QV_INT digitsLimit = 9;
+    QV_INT number = 0;
+    QV_INT idx = *position;
+    while ( idx < fmtLength && fmt[idx] - '0' < 10u && idx - *position < digitsLimit )
+    {
+        number = number * 10 + static_cast<QV_INT>( fmt[idx] - '0' );
+        idx++;
+    }
+    if ( idx == *position || idx == fmtLength || !endsNumber( fmt[idx] ) )
+        return false;
+    *position = idx;
+    *value = number;
+    return true;
+}
+
 OptionalInt readInt( Reader *reader, QV_INT absentValue )
 {
     OptionalInt item = { absentValue, false };
@@ -115,7 +144,9 @@ OptionalInt readIntBehind( Reader *reader, QV_CHAR introducer, QV_INT absentValu
 
 Conversion readConversion( Reader *reader )
 {
-    Conversion conv;
+    Conversion conv = { 0, 0, { -1, false }, { 10, false } };
+    if ( !reader->atEnd() && isLetter( reader->fmt[reader->position] ) )
+        return conv; // nothing but its word, as most conversions
     conv.flags = readFlags( reader );
     conv.width = readInt( reader, 0 ).value;
     conv.precision = readIntBehind( reader, '.', -1 );
@@ -140,26 +171,16 @@ QV_CHAR readWord( Reader *reader )
 
 QV_FORMAT_FLAGS encoderFlags( QV_INT fmtFlags )
 {
-    QV_FORMAT_FLAGS flags = 0;
-    if ( fmtFlags & QV___FORMAT_FMT_LEFT )
-        flags |= QV_FORMAT_FLAG_LEFTALIGN;
-    if ( fmtFlags & QV___FORMAT_FMT_NOSIGN )
-        flags |= QV_FORMAT_FLAG_NOSIGN;
-    if ( fmtFlags & QV___FORMAT_FMT_PLUS )
-        flags |= QV_FORMAT_FLAG_PLUSPOS;
-    if ( fmtFlags & QV___FORMAT_FMT_BLANK )
-        flags |= QV_FORMAT_FLAG_BLANKPOS;
-    if ( fmtFlags & QV___FORMAT_FMT_ZERO )
-        flags |= QV_FORMAT_FLAG_ZEROPAD;
-    if ( fmtFlags & QV___FORMAT_FMT_UPPER )
-        flags |= QV_FORMAT_FLAG_UPPERCASE;
-    if ( fmtFlags & QV___FORMAT_FMT_DECIMAL )
-        flags |= QV_FORMAT_FLAG_BASEDECIMAL;
-    if ( ( fmtFlags & QV___FORMAT_FMT_HASH_MASK ) == QV___FORMAT_FMT_HASH )
-        flags |= QV_FORMAT_FLAG_BASEMNEMONIC;
-    if ( ( fmtFlags & QV___FORMAT_FMT_HASH_MASK ) == 2 * QV___FORMAT_FMT_HASH )
-        flags |= QV_FORMAT_FLAG_BASENUMERIC;
-    return flags;
+    QV_FORMAT_FLAGS flags = fmtFlags & ( QV___FORMAT_FMT_HASH - 1 );
+    switch ( fmtFlags & QV___FORMAT_FMT_HASH_MASK )
+    {
+    case QV___FORMAT_FMT_HASH:
+        return flags | QV_FORMAT_FLAG_BASEMNEMONIC;
+    case 2 * QV___FORMAT_FMT_HASH:
+        return flags | QV_FORMAT_FLAG_BASENUMERIC;
+    default:
+        return flags;
+    }
 }
 
 // A value in a field as wide as its maximum, which is the precision.
@@ -170,7 +191,7 @@ void appendAligned( QV_STRING **dest, QV_INT value, const Conversion &conv )
     QV_CHECK( value >= 0 );
     QV_CHECK( value <= maximum );
     QV_CHECK( conv.width >= 0 );
-    QV_INT fmtFlags = ( conv.flags & ~QV___FORMAT_FMT_LEFT ) | QV___FORMAT_FMT_ZERO;
+    QV_INT fmtFlags = ( conv.flags & ~QV_FORMAT_FLAG_LEFTALIGN ) | QV_FORMAT_FLAG_ZEROPAD;
 
     // The maximum is written where the value goes and taken back, which measures it without a string of its own.
     QV_INT before = qv::stringLength( *dest );
@@ -199,7 +220,7 @@ void finishText( QV_STRING **dest, QV_INT textLength, const Conversion &conv )
 
     QV_INT pad = conv.width - keptLength;
     QV_CHAR *blanks = qv::stringOpenEnd( dest, pad );
-    if ( !( conv.flags & QV___FORMAT_FMT_LEFT ) )
+    if ( !( conv.flags & QV_FORMAT_FLAG_LEFTALIGN ) )
     {
         QV_CHAR *text = blanks - keptLength;
         std::memmove( text + pad, text, static_cast<size_t>( keptLength ) * sizeof( QV_CHAR ) );
@@ -312,14 +333,28 @@ void appendRun( QV_STRING **dest, const Conversion &conv )
 
 // ---- The loop ----
 
-QV_INT nextPercent( const Reader &reader )
+// Copies the text up to the next percent sign, into the spare room of the private result as far as it goes.
+void copyLiteral( QV_STRING **dest, Reader *reader )
 {
-    QV_INT idx = reader.position;
-    while ( idx < reader.fmtLength && reader.fmt[idx] != '%' )
+    const QV_CHAR *fmt = reader->fmt;
+    QV_STRING *qvs = *dest;
+    QV_CHAR *spare = qv::stringBacking( qvs ) + qv::stringLength( qvs );
+    QV_INT left = reader->fmtLength - reader->position;
+    QV_INT quickEnd = reader->position + ( left < qvs->bspace ? left : qvs->bspace );
+    QV_INT idx = reader->position;
+    while ( idx < quickEnd && fmt[idx] != '%' )
+    {
+        *spare++ = fmt[idx++];
+    }
+    qvs->length += idx - reader->position;
+    qvs->bspace -= idx - reader->position;
+    reader->position = idx;
+    while ( idx < reader->fmtLength && fmt[idx] != '%' )
     {
         idx++;
     }
-    return idx;
+    qv::stringAppendChars( dest, fmt + reader->position, idx - reader->position );
+    reader->position = idx;
 }
 
 // Takes the word's arguments and appends its output. Returns whether it counts as a conversion.
@@ -396,8 +431,10 @@ QV_BOOL qv___FormatScanIntArg( const QV_CHAR *fmt, QV_INT fmtLength, QV_INT *pos
         ( *position )++;
         return QV_TRUE;
     }
-    if ( ( ch >= 'A' && ch <= 'z' ) || ch == '%' || ch == '.' || ch == '!' )
-        return QV_FALSE; // nothing that a number begins with
+    if ( endsNumber( ch ) )
+        return QV_FALSE;
+    if ( takeShortNumber( fmt, fmtLength, position, value ) )
+        return QV_TRUE;
     QV_INT scanned = 0;
     QV_INT consumed = 0;
     if ( !qvFormatTryDecodeIntChars( fmt + *position, fmtLength - *position, 10, &scanned, &consumed ) )
@@ -427,7 +464,7 @@ void qv___FormatFmtObj( QV_STRING **dest, QV_STRING *qvs, QV_INT minWidth, QV_IN
     }
     if ( precision >= 0 && precision < textLength )
         textLength = precision;
-    qv___FormatEncodeChars( dest, text, textLength, minWidth, fmtFlags & QV___FORMAT_FMT_LEFT );
+    qv___FormatEncodeChars( dest, text, textLength, minWidth, fmtFlags & QV_FORMAT_FLAG_LEFTALIGN );
 }
 
 QV_STRING *qv___FormatCharsArgList( const QV_CHAR *fmt, QV_INT fmtLength, QV_ARG_LIST *argList )
@@ -439,9 +476,7 @@ QV_STRING *qv___FormatCharsArgList( const QV_CHAR *fmt, QV_INT fmtLength, QV_ARG
     bool counted = false;
     for ( ;; )
     {
-        QV_INT percent = nextPercent( reader );
-        qv::stringAppendChars( res.edit(), fmt + reader.position, percent - reader.position );
-        reader.position = percent;
+        copyLiteral( res.edit(), &reader );
         if ( reader.atEnd() )
             break;
         reader.position++;

@@ -99,7 +99,8 @@ QV_CHAR *stringOpenGap( QV_STRING **dest, QV_INT idx, QV_INT count );
 inline QV_CHAR *stringOpenEnd( QV_STRING **dest, QV_INT count )
 {
     QV_STRING *qvs = *dest;
-    if ( qvs->bspace >= count && qvs->length > 0 && !isShared( qvs ) )
+    // An empty text without front spare takes its first characters from the back as well.
+    if ( qvs->bspace >= count && ( qvs->length > 0 || qvs->fspace == 0 ) && !isShared( qvs ) )
     {
         QV_CHAR *gap = qvs->chars + qvs->fspace + qvs->length;
         qvs->length += count;
