@@ -33,61 +33,18 @@ inline void storeFour( uint32_t word, unsigned char *bytes )
     std::memcpy( bytes, &word, sizeof( word ) );
 }
 
-#if defined( __SSE2__ )
-
-// Stores a block of bytes as characters, and returns the mask of those that aren't ASCII, lowest bit first.
-inline unsigned widenBlock( const unsigned char *bytes, QV_CHAR *chars )
+// Each of these stores a block and returns the mask of the places whose character isn't ASCII, lowest bit first: bytes as
+// characters, which stand for themselves in every place, and characters as bytes, of which those that aren't ASCII
+// become anything.
+namespace portable
 {
-    const __m128i zero = _mm_setzero_si128();
-    const __m128i block = _mm_loadu_si128( reinterpret_cast<const __m128i *>( bytes ) );
-    const __m128i low = _mm_unpacklo_epi8( block, zero );
-    const __m128i high = _mm_unpackhi_epi8( block, zero );
-    __m128i *dest = reinterpret_cast<__m128i *>( chars );
-    _mm_storeu_si128( dest, _mm_unpacklo_epi16( low, zero ) );
-    _mm_storeu_si128( dest + 1, _mm_unpackhi_epi16( low, zero ) );
-    _mm_storeu_si128( dest + 2, _mm_unpacklo_epi16( high, zero ) );
-    _mm_storeu_si128( dest + 3, _mm_unpackhi_epi16( high, zero ) );
-    return static_cast<unsigned>( _mm_movemask_epi8( block ) );
-}
-
-// Stores the ASCII characters of a block as bytes, something else in the other places, and returns the mask of those
-// that aren't ASCII, lowest bit first.
-inline unsigned narrowBlock( const QV_CHAR *chars, unsigned char *bytes )
-{
-    const __m128i above = _mm_set1_epi32( ~0x7F );
-    const __m128i zero = _mm_setzero_si128();
-    const __m128i *src = reinterpret_cast<const __m128i *>( chars );
-    const __m128i a = _mm_loadu_si128( src );
-    const __m128i b = _mm_loadu_si128( src + 1 );
-    const __m128i c = _mm_loadu_si128( src + 2 );
-    const __m128i d = _mm_loadu_si128( src + 3 );
-    _mm_storeu_si128( reinterpret_cast<__m128i *>( bytes ),
-                      _mm_packus_epi16( _mm_packs_epi32( a, b ), _mm_packs_epi32( c, d ) ) );
-    const __m128i any = _mm_and_si128( _mm_or_si128( _mm_or_si128( a, b ), _mm_or_si128( c, d ) ), above );
-    if ( _mm_movemask_epi8( _mm_cmpeq_epi32( any, zero ) ) == 0xFFFF )
-        return 0;
-    const __m128i ab = _mm_packs_epi32( _mm_cmpeq_epi32( _mm_and_si128( a, above ), zero ),
-                                        _mm_cmpeq_epi32( _mm_and_si128( b, above ), zero ) );
-    const __m128i cd = _mm_packs_epi32( _mm_cmpeq_epi32( _mm_and_si128( c, above ), zero ),
-                                        _mm_cmpeq_epi32( _mm_and_si128( d, above ), zero ) );
-    return ~static_cast<unsigned>( _mm_movemask_epi8( _mm_packs_epi16( ab, cd ) ) ) & 0xFFFFu;
-}
-
-#else
 
 // The mask of the bytes of a word whose top bit is set, in the order of memory.
 inline unsigned topBits( const unsigned char *bytes )
 {
-    uint64_t word;
-    std::memcpy( &word, bytes, sizeof( word ) );
-    if ( ( word & 0x8080808080808080u ) == 0 )
-        return 0;
-    unsigned mask = 0;
-    for ( unsigned idx = 0; idx < 8; idx++ )
-    {
-        mask |= static_cast<unsigned>( bytes[idx] >> 7 ) << idx;
-    }
-    return mask;
+    const uint64_t word = loadFour( bytes ) | static_cast<uint64_t>( loadFour( bytes + 4 ) ) << 32;
+    // Each top bit goes to its own place in the highest byte of the product.
+    return static_cast<unsigned>( ( ( word & 0x8080808080808080u ) >> 7 ) * 0x0102040810204080u >> 56 );
 }
 
 inline unsigned widenBlock( const unsigned char *bytes, QV_CHAR *chars )
@@ -116,6 +73,50 @@ inline unsigned narrowBlock( const QV_CHAR *chars, unsigned char *bytes )
     }
     return mask;
 }
+
+} // namespace portable
+
+#if defined( __SSE2__ )
+
+inline unsigned widenBlock( const unsigned char *bytes, QV_CHAR *chars )
+{
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i block = _mm_loadu_si128( reinterpret_cast<const __m128i *>( bytes ) );
+    const __m128i low = _mm_unpacklo_epi8( block, zero );
+    const __m128i high = _mm_unpackhi_epi8( block, zero );
+    __m128i *dest = reinterpret_cast<__m128i *>( chars );
+    _mm_storeu_si128( dest, _mm_unpacklo_epi16( low, zero ) );
+    _mm_storeu_si128( dest + 1, _mm_unpackhi_epi16( low, zero ) );
+    _mm_storeu_si128( dest + 2, _mm_unpacklo_epi16( high, zero ) );
+    _mm_storeu_si128( dest + 3, _mm_unpackhi_epi16( high, zero ) );
+    return static_cast<unsigned>( _mm_movemask_epi8( block ) );
+}
+
+inline unsigned narrowBlock( const QV_CHAR *chars, unsigned char *bytes )
+{
+    const __m128i above = _mm_set1_epi32( ~0x7F );
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i *src = reinterpret_cast<const __m128i *>( chars );
+    const __m128i a = _mm_loadu_si128( src );
+    const __m128i b = _mm_loadu_si128( src + 1 );
+    const __m128i c = _mm_loadu_si128( src + 2 );
+    const __m128i d = _mm_loadu_si128( src + 3 );
+    _mm_storeu_si128( reinterpret_cast<__m128i *>( bytes ),
+                      _mm_packus_epi16( _mm_packs_epi32( a, b ), _mm_packs_epi32( c, d ) ) );
+    const __m128i any = _mm_and_si128( _mm_or_si128( _mm_or_si128( a, b ), _mm_or_si128( c, d ) ), above );
+    if ( _mm_movemask_epi8( _mm_cmpeq_epi32( any, zero ) ) == 0xFFFF )
+        return 0;
+    const __m128i ab = _mm_packs_epi32( _mm_cmpeq_epi32( _mm_and_si128( a, above ), zero ),
+                                        _mm_cmpeq_epi32( _mm_and_si128( b, above ), zero ) );
+    const __m128i cd = _mm_packs_epi32( _mm_cmpeq_epi32( _mm_and_si128( c, above ), zero ),
+                                        _mm_cmpeq_epi32( _mm_and_si128( d, above ), zero ) );
+    return ~static_cast<unsigned>( _mm_movemask_epi8( _mm_packs_epi16( ab, cd ) ) ) & 0xFFFFu;
+}
+
+#else
+
+using portable::narrowBlock;
+using portable::widenBlock;
 
 #endif
 
