@@ -18,8 +18,7 @@ constexpr QV_CHAR TBase = 0x11A7;
 constexpr QV_CHAR LCount = 19;
 constexpr QV_CHAR VCount = 21;
 constexpr QV_CHAR TCount = 28;
-constexpr QV_CHAR NCount = VCount * TCount;
-constexpr QV_CHAR SCount = LCount * NCount;
+constexpr QV_CHAR SCount = LCount * VCount * TCount;
 
 // Class behind which nothing joins: that of a run without a starter.
 constexpr QV_INT noStarterClass = 255;
@@ -49,6 +48,18 @@ inline QV_CHAR join( QV_CHAR first, QV_CHAR second )
     if ( second - ( TBase + 1 ) < TCount - 1 )
         return isHangulSyllable( first ) && ( first - SBase ) % TCount == 0 ? first + ( second - TBase ) : 0;
     return compositeOf( first, second );
+}
+
+// Writes the two or three parts of a syllable to an array of three and returns their number.
+inline QV_INT takeApart( QV_CHAR ch, QV_CHAR *parts )
+{
+    QV_CHAR index = ch - SBase;
+    QV_CHAR trail = index % TCount;
+    QV_CHAR lead = index / TCount;
+    parts[0] = LBase + lead / VCount;
+    parts[1] = VBase + lead % VCount;
+    parts[2] = TBase + trail;
+    return trail == 0 ? 2 : 3;
 }
 
 inline bool allBelow( const QV_CHAR *chs, QV_CHAR bound )
@@ -155,23 +166,19 @@ template <QV_INT FORM> struct Stages
         norm->pendingClass = 0;
     }
 
-    // A run that the form leaves alone; the last character can still meet a mark, so it stays in decompose.
-    static void writeStable( QV_UNICODE_NORMALIZER *norm, const QV_CHAR *chs, QV_INT count )
+    // A run that the form leaves alone; the last character can still meet a mark, so it stays in decompose. The source
+    // goes on up to last.
+    static void writeStable( QV_UNICODE_NORMALIZER *norm, const QV_CHAR *chs, const QV_CHAR *end,
+                             const QV_CHAR *last )
     {
         settle( norm );
-        QV_INT passing = count - 1;
+        QV_INT passing = end - chs - 1;
         QV_CHAR *out = norm->chars + norm->end;
-        if ( passing > wideStep )
-        {
-            std::memcpy( out, chs, static_cast<size_t>( passing ) * sizeof( QV_CHAR ) );
-        }
+        // Short runs are copied in one step of fixed size, since there is room behind them.
+        if ( passing <= wideStep && last - chs >= wideStep )
+            std::memcpy( out, chs, wideStep * sizeof( QV_CHAR ) );
         else
-        {
-            for ( QV_INT idx = 0; idx < passing; idx++ )
-            {
-                out[idx] = chs[idx];
-            }
-        }
+            std::memcpy( out, chs, static_cast<size_t>( passing ) * sizeof( QV_CHAR ) );
         norm->end += passing;
         norm->decomposePos = norm->end;
         if ( composes && passing > 0 )
@@ -229,25 +236,18 @@ template <QV_INT FORM> struct Stages
 
     static void writeHangul( QV_UNICODE_NORMALIZER *norm, QV_CHAR ch )
     {
-        QV_CHAR index = ch - SBase;
-        QV_CHAR trail = index % TCount;
-        settle( norm );
-        QV_CHAR *out = norm->chars + norm->end;
-        out[0] = LBase + index / NCount;
-        out[1] = VBase + index % NCount / TCount;
-        if ( trail == 0 )
+        QV_CHAR parts[3];
+        QV_INT count = takeApart( ch, parts );
+        for ( QV_INT idx = 0; idx < count; idx++ )
         {
-            norm->end++;
             settle( norm );
-            norm->chars[norm->end++] = out[1];
-        }
-        else
-        {
-            norm->end += 2;
-            settle( norm );
-            norm->chars[norm->end++] = TBase + trail;
+            norm->chars[norm->end++] = parts[idx];
         }
     }
+
+    // The syllables at chs in a form that doesn't compose; returns their end.
+    static const QV_CHAR *writeSyllables( QV_UNICODE_NORMALIZER *norm, const QV_CHAR *chs,
+                                          const QV_CHAR *last );
 
     static void writeMapping( QV_UNICODE_NORMALIZER *norm, const Decomposition &found )
     {
@@ -340,7 +340,7 @@ void makeRoom( QV_UNICODE_NORMALIZER *norm, QV_INT count )
     }
     else
     {
-        QV_INT capacity = used + count + norm->capacity / 2;
+        QV_INT capacity = used + count + norm->capacity;
         auto *chars = static_cast<QV_CHAR *>(
             norm->begin > 0 || isInline ? qvMemAllocN( capacity, sizeof( QV_CHAR ) )
                                         : qvMemReallocN( norm->chars, capacity, sizeof( QV_CHAR ) ) );
@@ -366,6 +366,28 @@ inline void ensureRoom( QV_UNICODE_NORMALIZER *norm, QV_INT count )
 }
 
 template <QV_INT FORM>
+const QV_CHAR *Stages<FORM>::writeSyllables( QV_UNICODE_NORMALIZER *norm, const QV_CHAR *chs,
+                                             const QV_CHAR *last )
+{
+    const QV_CHAR *end = chs;
+    while ( end < last && isHangulSyllable( *end ) )
+    {
+        end++;
+    }
+    ensureRoom( norm, 3 * ( end - chs ) + ( last - end ) + expansionRoom );
+    norm->highSurrogate = 0;
+    norm->pendingClass = 0;
+    QV_CHAR *out = norm->chars + norm->end;
+    while ( chs < end )
+    {
+        out += takeApart( *chs++, out );
+    }
+    norm->end = out - norm->chars;
+    norm->decomposePos = norm->end - 1;
+    return end;
+}
+
+template <QV_INT FORM>
 void Stages<FORM>::write( QV_UNICODE_NORMALIZER *norm, const QV_CHAR *chs, QV_INT chsLength )
 {
     // There is always room for what is left, should nothing of it change, and for one expansion.
@@ -377,16 +399,21 @@ void Stages<FORM>::write( QV_UNICODE_NORMALIZER *norm, const QV_CHAR *chs, QV_IN
         if ( end > chs )
         {
             norm->highSurrogate = 0;
-            writeStable( norm, chs, end - chs );
+            writeStable( norm, chs, end, last );
             chs = end;
         }
-        for ( ; chs < last; chs++ )
+        while ( chs < last )
         {
+            if ( !composes && isHangulSyllable( *chs ) )
+            {
+                chs = writeSyllables( norm, chs, last );
+                continue;
+            }
             uint8_t flags = QV_CHAR_OK( *chs ) ? normalFlags( *chs ) : 0;
             if ( flags & stable )
                 break;
             ensureRoom( norm, last - chs + expansionRoom );
-            writeChar( norm, *chs, flags );
+            writeChar( norm, *chs++, flags );
         }
     }
 }
