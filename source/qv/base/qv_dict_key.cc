@@ -18,31 +18,7 @@ struct Place
     bool isFound;
 };
 
-// The orders that the bisection below goes by. Each compares a key of the dictionary with the key that is sought, and knows
-// that both are of one sort where its name says so.
-
-struct IntOrder
-{
-    QV_INT sought;
-
-    QV_INT operator()( qvObj key ) const
-    {
-        QV_INT value = static_cast<QV_BOXED_INT *>( key )->value;
-        return value < sought ? -1 : value > sought;
-    }
-};
-
-struct StringOrder
-{
-    const QV_CHAR *chs;
-    QV_INT length;
-
-    QV_INT operator()( qvObj key ) const
-    {
-        auto *qvs = static_cast<QV_STRING *>( key );
-        return qv::compareChars( qv::stringBacking( qvs ), qvs->length, chs, length );
-    }
-};
+// The orders that the bisection goes by; each compares a key of the dictionary with the key that is sought.
 
 struct SameSortOrder
 {
@@ -93,6 +69,70 @@ template <typename ORDER> Place bisect( const QV_DICT *dict, ORDER orderOf )
     return { high, false };
 }
 
+// Integers and strings, the common keys, go without a compare function and, where they can, without a branch: what a
+// bisection asks is a coin toss, which costs a processor more when it guesses wrong than the compare itself.
+
+QV_INT intOf( const qv___DictPair &pair )
+{
+    return static_cast<QV_BOXED_INT *>( pair.key )->value;
+}
+
+// All keys are boxed integers.
+Place findInt( const QV_DICT *dict, QV_INT sought )
+{
+    const qv___DictPair *base = dict->items;
+    QV_INT count = dict->length;
+    if ( intOf( base[count - 1] ) < sought )
+        return { count, false };
+    // The first key that isn't below the sought one is among the count pairs at base.
+    while ( count > 1 )
+    {
+        QV_INT half = count / 2;
+        base += half & -static_cast<QV_INT>( intOf( base[half - 1] ) < sought );
+        count -= half;
+    }
+    return { base - dict->items, intOf( *base ) == sought };
+}
+
+// The first two characters as a number, which orders like the strings as long as it differs.
+uint64_t rankOf( QV_STRING *qvs )
+{
+    const QV_CHAR *chs = qv::stringBacking( qvs );
+    if ( qvs->length >= 2 )
+        return static_cast<uint64_t>( chs[0] ) << 32 | chs[1];
+    return qvs->length == 1 ? static_cast<uint64_t>( chs[0] ) << 32 : 0;
+}
+
+QV_STRING *stringOf( const qv___DictPair &pair )
+{
+    return static_cast<QV_STRING *>( pair.key );
+}
+
+bool isBelow( QV_STRING *qvs, QV_STRING *sought, uint64_t soughtRank )
+{
+    uint64_t rank = rankOf( qvs );
+    if ( rank == soughtRank )
+        return qvs != sought && qv::stringCompare( qvs, sought ) < 0;
+    return rank < soughtRank;
+}
+
+// All keys are strings.
+Place findString( const QV_DICT *dict, QV_STRING *sought )
+{
+    uint64_t soughtRank = rankOf( sought );
+    const qv___DictPair *base = dict->items;
+    QV_INT count = dict->length;
+    if ( isBelow( stringOf( base[count - 1] ), sought, soughtRank ) )
+        return { count, false };
+    while ( count > 1 )
+    {
+        QV_INT half = count / 2;
+        base += half & -static_cast<QV_INT>( isBelow( stringOf( base[half - 1] ), sought, soughtRank ) );
+        count -= half;
+    }
+    return { base - dict->items, qv::stringEquals( stringOf( *base ), sought ) };
+}
+
 Place findPlace( const QV_DICT *dict, qvObj key )
 {
     if ( dict->length == 0 )
@@ -102,12 +142,9 @@ Place findPlace( const QV_DICT *dict, qvObj key )
     if ( sort && dict->items[0].key->sort == sort && dict->items[dict->length - 1].key->sort == sort )
     {
         if ( sort == qvBoxedIntSort() )
-            return bisect( dict, IntOrder{ static_cast<QV_BOXED_INT *>( key )->value } );
+            return findInt( dict, static_cast<QV_BOXED_INT *>( key )->value );
         if ( sort == &qv___sort_QV_STRING )
-        {
-            auto *qvs = static_cast<QV_STRING *>( key );
-            return bisect( dict, StringOrder{ qv::stringBacking( qvs ), qvs->length } );
-        }
+            return findString( dict, static_cast<QV_STRING *>( key ) );
         if ( sort->functions.compareFunc )
             return bisect( dict, SameSortOrder{ key, sort->functions.compareFunc } );
     }
