@@ -38,7 +38,6 @@ QV_PARSER_LOCATION_MAP *qvParserLocationMapCreate( QV_LOCATION *optionalLocation
 {
     QV_CHECK( chsLength >= 0 );
     QV_CHECK( chs || chsLength == 0 );
-    QV_CHECK( chsLength < QV_INT_MAX );
     qv::Local<QV_RANGE_MAP> lines( qvRangeMapCreate() );
     qv::Local<QV_LOCATION> loc( createStart( optionalLocation ) );
     QV_INT start = 0;

@@ -5,8 +5,9 @@
  * gives false or null without touching the file system, but for the two status functions. The reason of a
  * failure is not kept.
  *
- * A file sink writes straight to its target, which is truncated when it is opened; a flush that says true has
- * brought every byte written so far to the disk. */
+ * A file sink writes straight to its target, which is truncated when it is opened; a flush that says true has brought
+ * every byte written so far to the disk. A flush of a target that has no disk, such as a pipe or a terminal, passes the
+ * bytes on and says false. */
 
 #include <qv/runtime/qv_handles.h>
 
