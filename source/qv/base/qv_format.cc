@@ -1,5 +1,5 @@
-// The encoders. Each plans its parts (pad, sign, prefix, digits), opens one gap of their sum at the end of the
-// destination and fills it.
+// The encoders. Each plans its parts (pad, sign, prefix, digits), opens one gap of their sum at the end of
+// the destination and fills it.
 
 #include <qv/base/qv_format.hh>
 
@@ -371,8 +371,8 @@ QV_CHAR *writeLargeRealDigits( QV_CHAR *pos, double value, double place, QV_INT 
     return pos;
 }
 
-// The digits behind the point. The last one is cut. Beyond the precision of a real there may be a value that is
-// no digit, which shows as 0.
+// The digits behind the point. The last one is cut. Beyond the precision of a real there may be a value that
+// is no digit, which shows as 0.
 void writeFraction( QV_CHAR *pos, double value, QV_INT precision, QV_INT base, const QV_CHAR *digits )
 {
     double factor = static_cast<double>( base );

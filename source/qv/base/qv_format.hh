@@ -28,8 +28,8 @@ void qv___FormatFmtInt( QV_STRING **dest, QV_INT value, QV_INT base, QV_INT minW
 void qv___FormatFmtObj( QV_STRING **dest, QV_STRING *qvs, QV_INT minWidth, QV_INT precision,
                         QV_INT fmtFlags );
 
-// Reads the digits of a width, precision or base at *position, or takes the next argument for a "*", and moves
-// *position behind it; false if neither stands there, which leaves *value and *position alone.
+// Reads the digits of a width, precision or base at *position, or takes the next argument for a "*", and
+// moves *position behind it; false if neither stands there, which leaves *value and *position alone.
 QV_BOOL qv___FormatScanIntArg( const QV_CHAR *fmt, QV_INT fmtLength, QV_INT *position, QV_ARG_LIST *argList,
                                QV_INT *value );
 

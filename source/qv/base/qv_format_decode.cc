@@ -176,7 +176,8 @@ int takeSign( Scanner *scan )
     return ch == '-' ? -1 : 1;
 }
 
-// Reads white space, sign and base prefix; base is -1 or in 2 to 36. False if the text ends before the digits.
+// Reads white space, sign and base prefix; base is -1 or in 2 to 36. False if the text ends before the
+// digits.
 bool readHead( Scanner *scan, QV_INT base, NumberHead *head )
 {
     skipWhiteSpace( scan );
@@ -237,7 +238,8 @@ uint64_t readDigits( Scanner *scan, unsigned base, uint64_t limit )
     return magnitude;
 }
 
-// While a magnitude is at most this, one more digit of any base keeps it a whole number of a double's precision.
+// While a magnitude is at most this, one more digit of any base keeps it a whole number of a double's
+// precision.
 constexpr uint64_t exactMagnitude = ( ( uint64_t( 1 ) << 53 ) - 35 ) / 36;
 
 // The values of the digits behind the point, each the one before over 10.

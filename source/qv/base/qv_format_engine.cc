@@ -1,5 +1,5 @@
-// The format language: one pass over the format, literal runs copied whole, every conversion written straight into
-// the result's storage.
+// The format language: one pass over the format, literal runs copied whole, every conversion written straight
+// into the result's storage.
 
 #include <qv/base/qv_format.hh>
 
@@ -193,7 +193,8 @@ void appendAligned( QV_STRING **dest, QV_INT value, const Conversion &conv )
     QV_CHECK( conv.width >= 0 );
     QV_INT fmtFlags = ( conv.flags & ~QV_FORMAT_FLAG_LEFTALIGN ) | QV_FORMAT_FLAG_ZEROPAD;
 
-    // The maximum is written where the value goes and taken back, which measures it without a string of its own.
+    // The maximum is written where the value goes and taken back, which measures it without a string of its
+    // own.
     QV_INT before = qv::stringLength( *dest );
     qv___FormatFmtInt( dest, maximum, conv.base.value, 0, fmtFlags );
     QV_INT maximumLength = qv::stringLength( *dest ) - before;
@@ -205,8 +206,8 @@ void appendAligned( QV_STRING **dest, QV_INT value, const Conversion &conv )
 
 // ---- Texts ----
 
-// Trims a text of textLength characters that has just been appended to the precision and pads it to the width.
-// The storage of *dest is private, with the text at its end.
+// Trims a text of textLength characters that has just been appended to the precision and pads it to the
+// width. The storage of *dest is private, with the text at its end.
 void finishText( QV_STRING **dest, QV_INT textLength, const Conversion &conv )
 {
     QV_CHECK( conv.width >= 0 );
