@@ -113,10 +113,38 @@ inline unsigned narrowBlock( const QV_CHAR *chars, unsigned char *bytes )
     return ~static_cast<unsigned>( _mm_movemask_epi8( _mm_packs_epi16( ab, cd ) ) ) & 0xFFFFu;
 }
 
+// Stores four characters from 0x800 to 0xFFFF as twelve bytes of UTF-8, and undefined bytes up to the fourteenth. False if
+// they aren't such characters; nothing is stored then.
+inline bool encodeFourOfThree( const QV_CHAR *chars, unsigned char *bytes )
+{
+    const __m128i four = _mm_loadu_si128( reinterpret_cast<const __m128i *>( chars ) );
+    const __m128i inRange = _mm_and_si128( _mm_cmpgt_epi32( four, _mm_set1_epi32( 0x7FF ) ),
+                                           _mm_cmplt_epi32( four, _mm_set1_epi32( 0x10000 ) ) );
+    if ( _mm_movemask_epi8( inRange ) != 0xFFFF )
+        return false;
+    const __m128i first = _mm_srli_epi32( four, 12 );
+    const __m128i middle = _mm_and_si128( _mm_slli_epi32( four, 2 ), _mm_set1_epi32( 0x3F00 ) );
+    const __m128i last = _mm_and_si128( _mm_slli_epi32( four, 16 ), _mm_set1_epi32( 0x3F0000 ) );
+    const __m128i spread =
+        _mm_or_si128( _mm_or_si128( first, middle ), _mm_or_si128( last, _mm_set1_epi32( 0x8080E0 ) ) );
+    // Each half holds two characters in eight bytes: close the gap between them.
+    const __m128i even = _mm_and_si128( spread, _mm_set1_epi64x( 0xFFFFFF ) );
+    const __m128i odd = _mm_and_si128( _mm_srli_epi64( spread, 8 ), _mm_set1_epi64x( 0xFFFFFF000000 ) );
+    const __m128i packed = _mm_or_si128( even, odd );
+    _mm_storel_epi64( reinterpret_cast<__m128i *>( bytes ), packed );
+    _mm_storel_epi64( reinterpret_cast<__m128i *>( bytes + 6 ), _mm_unpackhi_epi64( packed, packed ) );
+    return true;
+}
+
 #else
 
 using portable::narrowBlock;
 using portable::widenBlock;
+
+inline bool encodeFourOfThree( const QV_CHAR *, unsigned char * )
+{
+    return false;
+}
 
 #endif
 

@@ -161,13 +161,21 @@ inline void encodeSequences( EncodeSpan *span )
         const uint32_t last = 0x80 | ( ch & 0x3F );
         if ( ch < 0x80 || !QV_CHAR_OK( ch ) )
             break;
-        chars++;
         if ( ch < 0x800 )
         {
             storeFour( 0xC0 | ch >> 6 | last << 8, bytes );
+            chars++;
             bytes += 2;
             continue;
         }
+        if ( span->charsEnd - chars >= 4 && span->bytesEnd - bytes >= asciiBlock &&
+             encodeFourOfThree( chars, bytes ) )
+        {
+            chars += 4;
+            bytes += 12;
+            continue;
+        }
+        chars++;
         const uint32_t middle = 0x80 | ( ch >> 6 & 0x3F );
         if ( ch < 0x10000 )
         {
