@@ -35,7 +35,6 @@
 #include <qv/base/qv_time.h>
 #include <qv/base/qv_vector.h>
 #include <qv/charset/qv_charset.h>
-#include <qv/exec/qv_process.h>
 #include <qv/io/qv_buffer_byte_sink.h>
 #include <qv/io/qv_buffer_byte_source.h>
 #include <qv/io/qv_byte_sink.h>
