@@ -5,12 +5,18 @@
 #include <qv/sys/qv_check.hh>
 
 QV_SORT_DEFINE( QV_STAT, qvStat, { .freeFunc = qv___StatFreeFunc } )
-QV_SORT_DEFINE( QV_STAT_FILESYSTEM, qvStatFilesystem, {} )
+QV_SORT_DEFINE( QV_STAT_FILESYSTEM, qvStatFilesystem, { .freeFunc = qv___StatFilesystemFreeFunc } )
 
 void qv___StatFreeFunc( qvObj thisObj )
 {
     auto *stat = static_cast<QV_STAT *>( thisObj );
     qv::releaseOptional( stat->modificationTime );
+}
+
+void qv___StatFilesystemFreeFunc( qvObj thisObj )
+{
+    // Two numbers, nothing that is owned.
+    QV_CHECK( qvStatFilesystemFrom( thisObj ) );
 }
 
 QV_STAT *qvStatCreate( void )

@@ -21,5 +21,6 @@ struct qv___StatFilesystem : qv___Obj
 };
 
 void qv___StatFreeFunc( qvObj thisObj );
+void qv___StatFilesystemFreeFunc( qvObj thisObj );
 
 #endif
