@@ -15,6 +15,7 @@
 #include <qv/base/qv_counter.h>
 #include <qv/base/qv_dict.h>
 #include <qv/base/qv_enum.h>
+#include <qv/base/qv_environment.h>
 #include <qv/base/qv_event_queue.h>
 #include <qv/base/qv_flagset.h>
 #include <qv/base/qv_format.h>
@@ -22,6 +23,9 @@
 #include <qv/base/qv_identifier.h>
 #include <qv/base/qv_monitor.h>
 #include <qv/base/qv_name.h>
+#include <qv/base/qv_opt_def.h>
+#include <qv/base/qv_opt_flags.h>
+#include <qv/base/qv_opt_seq.h>
 #include <qv/base/qv_priority_map.h>
 #include <qv/base/qv_random.h>
 #include <qv/base/qv_range_map.h>
@@ -33,6 +37,7 @@
 #include <qv/base/qv_store_encoding.h>
 #include <qv/base/qv_string.h>
 #include <qv/base/qv_time.h>
+#include <qv/base/qv_tool_switch.h>
 #include <qv/base/qv_vector.h>
 #include <qv/charset/qv_charset.h>
 #include <qv/io/qv_buffer_byte_sink.h>
