@@ -333,7 +333,8 @@ TEST( Utf8Sink, InvalidCharactersByFlag )
     EXPECT_TRUE( test::encodeScript( QV_CHARSET_UTF_8, flagAbort, text, 9, &aborted ).error );
     EXPECT_EQ( test::encodeScript( QV_CHARSET_UTF_8, flagIgnore, text, 9, &ignored ).bytes, "ab" );
     test::SinkScript edge;
-    const std::u32string full = std::u32string( 1022, U'a' ) + char32_t( 0x110000 );
+    std::u32string full( 1022, U'a' );
+    full.push_back( char32_t( 0x110000 ) );
     test::encodeScript( QV_CHARSET_UTF_8, 0, full, 2000, &edge );
     ASSERT_EQ( edge.writes.size(), 2u );
     EXPECT_EQ( edge.writes[1], "\xEF\xBF\xBD" );

@@ -209,7 +209,9 @@ TEST( Path, WindowsTextsBothWays )
         Owned path( qvPathWindowsTryDecode( text( c.from ) ) );
         EXPECT_EQ( c.fields, fieldsOf( path ) ) << c.from;
         if ( path )
+        {
             EXPECT_EQ( c.encoded, textOrNone( qvPathWindowsTryEncode( path ) ) ) << c.from;
+        }
     }
 }
 
