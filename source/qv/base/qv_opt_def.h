@@ -13,14 +13,14 @@
 #include <qv/runtime/qv_obj.h>
 
 /* Ids below 0 are the errors that users make; qvOptSeqError has the text. */
-#define QV_OPT_ID_UNDEFINED      -1 /* no such option */
-#define QV_OPT_ID_AMBIGUOUS      -2 /* an abbreviation that fits several long options */
-#define QV_OPT_ID_ARG_MISSING    -3 /* an option that takes an argument has none */
-#define QV_OPT_ID_ARG_DISALLOWED -4 /* "=" and an argument behind a long option that takes none */
-#define QV_OPT_ID_MULTIPLE       -5 /* an option that may occur once occurs again */
-#define QV_OPT_ID_ABBREVIATED    -6 /* a long option that must not be abbreviated is */
-#define QV_OPT_ID_NON_OPTION     -7 /* an argument that is no option, where none is allowed */
-#define QV_OPT_ID_END            -8 /* no error: only ignored options were left */
+#define QV_OPT_ID_UNDEFINED      ( -1 ) /* no such option */
+#define QV_OPT_ID_AMBIGUOUS      ( -2 ) /* an abbreviation that fits several long options */
+#define QV_OPT_ID_ARG_MISSING    ( -3 ) /* an option that takes an argument has none */
+#define QV_OPT_ID_ARG_DISALLOWED ( -4 ) /* "=" and an argument behind a long option that takes none */
+#define QV_OPT_ID_MULTIPLE       ( -5 ) /* an option that may occur once occurs again */
+#define QV_OPT_ID_ABBREVIATED    ( -6 ) /* a long option that must not be abbreviated is */
+#define QV_OPT_ID_NON_OPTION     ( -7 ) /* an argument that is no option, where none is allowed */
+#define QV_OPT_ID_END            ( -8 ) /* no error: only ignored options were left */
 
 QV_BEGIN_DECLS
 
