@@ -1,0 +1,189 @@
+// Tool switches: which tool a first argument leads to, and what goes to the message sink when it leads to none.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include <qv/base/qv_boxed_pointer.hh>
+#include <qv/base/qv_tool_switch.hh>
+#include <qv/base/qv_vector.h>
+#include <qv/io/qv_message.h>
+#include <qv/io/qv_message_sink.h>
+
+#include "support/text.hh"
+
+using test::takeUtf8;
+using test::text;
+
+namespace
+{
+
+using Switch = qv::Local<QV_TOOL_SWITCH>;
+
+// What a run leaves behind: the messages, and which tool ran with which arguments.
+struct Record
+{
+    std::vector<std::string> messages;
+    std::string ran;
+    bool refuseWrites = false;
+};
+
+QV_BOOL writeToRecord( qvObj closure, QV_MESSAGE *msg )
+{
+    auto *record =
+        static_cast<Record *>( qv___BoxedPointerValue( static_cast<QV___BOXED_POINTER *>( closure ) ) );
+    record->messages.push_back( takeUtf8( qvMessageToString( msg ) ) );
+    return !record->refuseWrites;
+}
+
+QV_BOOL flushRecord( qvObj )
+{
+    return QV_TRUE;
+}
+
+qv::Local<QV_MESSAGE_SINK> sinkTo( Record *record )
+{
+    qv::Local<QV___BOXED_POINTER> closure( qv___BoxedPointerCreate( record, nullptr ) );
+    return qv::Local<QV_MESSAGE_SINK>(
+        qv___MessageSinkCreate( writeToRecord, flushRecord, qv___BoxedPointerObj( closure ) ) );
+}
+
+QV_BOOL note( const char *tool, QV_VECTOR *argv, void *closure )
+{
+    static_cast<Record *>( closure )->ran = tool + takeUtf8( qvVectorToString( argv ) );
+    return QV_TRUE;
+}
+
+QV_BOOL runFirst( QV_VECTOR *argv, QV_MESSAGE_SINK *, void *closure )
+{
+    return note( "first", argv, closure );
+}
+
+QV_BOOL runSecond( QV_VECTOR *argv, QV_MESSAGE_SINK *, void *closure )
+{
+    return note( "second", argv, closure );
+}
+
+QV_BOOL runFailing( QV_VECTOR *argv, QV_MESSAGE_SINK *out, void *closure )
+{
+    note( "failing", argv, closure );
+    qvMessageSinkWriteCstr( out, QV_MESSAGE_LEVEL_WARNING, nullptr, "from the tool", -1 );
+    return QV_FALSE;
+}
+
+struct Tool
+{
+    const char *name;
+    qvToolSwitchToolFunc func;
+};
+
+Switch switchOf( const std::vector<Tool> &tools )
+{
+    Switch ts( qvToolSwitchCreate() );
+    for ( const Tool &tool : tools )
+    {
+        qvToolSwitchSetToolCstr( ts.edit(), tool.name, -1, tool.func );
+    }
+    return ts;
+}
+
+qv::Local<QV_VECTOR> vectorOf( const std::vector<std::string> &words )
+{
+    qv::Local<QV_VECTOR> vec( qvVectorCreate() );
+    for ( const std::string &word : words )
+    {
+        qvVectorAppendStringCstr( vec.edit(), word.data(), static_cast<QV_INT>( word.size() ) );
+    }
+    return vec;
+}
+
+TEST( ToolSwitch, Runs )
+{
+    const std::vector<Tool> three = {
+        { "beta", runSecond }, { "alpine", runFailing }, { "alpha", runFirst } };
+    const std::vector<Tool> lists = { { "listall", runSecond }, { "list", runFirst } };
+    const std::vector<Tool> nested = { { "a", runFirst }, { "abc", runSecond }, { "abd", runSecond } };
+    const std::string listed = "<alpha, alpine, beta>";
+    struct
+    {
+        std::vector<Tool> tools;
+        std::vector<std::string> argv;
+        bool result;
+        std::string ran;
+        std::vector<std::string> messages;
+    } const cases[] = {
+        { three, { "beta" }, true, "second<>", {} },
+        { three, { "b", "x", "y" }, true, "second<x, y>", {} },
+        { three, { "alph" }, true, "first<>", {} },
+        { three, { "alpi", "x" }, false, "failing<x>", { "warning: from the tool" } },
+        { three, { "al", "x" }, false, "", { "error: al: ambiguous", listed } },
+        { three, { "x" }, false, "", { "error: x: invalid argument", listed } },
+        { three, { "betas" }, false, "", { "error: betas: invalid argument", listed } },
+        { three, { "Beta" }, false, "", { "error: Beta: invalid argument", listed } },
+        { three, { "" }, false, "", { "error: : ambiguous", listed } },
+        { three, {}, false, "", { "error: missing argument", listed } },
+        { lists, { "list" }, true, "first<>", {} },
+        { lists, { "lista" }, true, "second<>", {} },
+        { lists, { "lis" }, false, "", { "error: lis: ambiguous", "<list, listall>" } },
+        { nested, { "a" }, true, "first<>", {} },
+        { nested, { "ab" }, false, "", { "error: ab: ambiguous", "<a, abc, abd>" } },
+        { { { "only", runFirst } }, { "" }, true, "first<>", {} },
+        { { { "only", runFirst }, { "", runSecond } }, { "" }, true, "second<>", {} },
+        { { { "idle", nullptr } }, { "i" }, true, "", {} },
+        { { { "twice", runFirst }, { "twice", runSecond } }, { "twice" }, true, "second<>", {} },
+        { {}, { "x" }, false, "", { "error: x: invalid argument" } },
+        { {}, {}, false, "", { "error: missing argument" } },
+    };
+    for ( const auto &c : cases )
+    {
+        std::string name = c.argv.empty() ? "no argument" : c.argv[0];
+        for ( bool refuseWrites : { false, true } )
+        {
+            Record record;
+            record.refuseWrites = refuseWrites;
+            qv::Local<QV_MESSAGE_SINK> out = sinkTo( &record );
+            qv::Local<QV_VECTOR> argv = vectorOf( c.argv );
+            EXPECT_EQ( qvToolSwitchRunTool( switchOf( c.tools ), argv, out, &record ), c.result ) << name;
+            EXPECT_EQ( record.ran, c.ran ) << name;
+            if ( !refuseWrites )
+                EXPECT_EQ( record.messages, c.messages ) << name;
+            EXPECT_EQ( qvVectorLength( argv ), static_cast<QV_INT>( c.argv.size() ) ) << name;
+        }
+    }
+}
+
+TEST( ToolSwitch, AnyObjectNamesATool )
+{
+    Record record;
+    qv::Local<QV_MESSAGE_SINK> out = sinkTo( &record );
+    qv::Local<QV_VECTOR> argv( qvVectorCreate() );
+    qvVectorAppendInt( argv.edit(), 42 );
+    EXPECT_TRUE( qvToolSwitchRunTool( switchOf( { { "42", runFirst } } ), argv, out, &record ) );
+    EXPECT_EQ( record.ran, "first<>" );
+}
+
+TEST( ToolSwitch, EditsKeepSharedSwitches )
+{
+    Switch before = switchOf( { { "b", runFirst }, { "a", runFirst } } );
+    auto after = Switch::share( before );
+    qvToolSwitchSetToolWcstr( after.edit(), L"ä", -1, runFirst );
+    qvToolSwitchDelToolCstr( after.edit(), "axe", 1 );
+    qvToolSwitchDelTool( after.edit(), text( "missing" ) );
+    EXPECT_TRUE( qvToolSwitchHasToolCstr( after, "ä", -1 ) );
+    EXPECT_FALSE( qvToolSwitchHasTool( after, text( "a" ) ) );
+    qv::Local<QV_VECTOR> names( qvToolSwitchToolsVector( before ) );
+    EXPECT_EQ( takeUtf8( qvVectorToString( names ) ), "<a, b>" );
+
+    Switch copy( qvToolSwitchCreateFrom( before ) );
+    qvToolSwitchDelToolWcstr( copy.edit(), L"b", -1 );
+    qvToolSwitchSetTool( copy.edit(), text( "a" ), nullptr );
+    EXPECT_FALSE( qvToolSwitchHasToolWcstr( copy, L"b", -1 ) );
+    EXPECT_TRUE( qvToolSwitchHasToolWcstr( before, L"b", -1 ) );
+    Record record;
+    qv::Local<QV_MESSAGE_SINK> out = sinkTo( &record );
+    EXPECT_TRUE( qvToolSwitchRunTool( before, vectorOf( { "a" } ), out, &record ) );
+    EXPECT_EQ( record.ran, "first<>" ) << "the copy's tool has no function, this one's still has";
+}
+
+} // namespace
