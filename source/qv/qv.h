@@ -40,6 +40,8 @@
 #include <qv/base/qv_tool_switch.h>
 #include <qv/base/qv_vector.h>
 #include <qv/charset/qv_charset.h>
+#include <qv/exec/qv_thread.h>
+#include <qv/exec/qv_thread_priority.h>
 #include <qv/io/qv_buffer_byte_sink.h>
 #include <qv/io/qv_buffer_byte_source.h>
 #include <qv/io/qv_byte_sink.h>

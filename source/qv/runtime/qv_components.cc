@@ -16,6 +16,9 @@
 #include <qv/base/qv_time.hh>
 #include <qv/base/qv_vector.hh>
 #include <qv/charset/qv_charset.hh>
+#include <qv/exec/qv_exec_block.hh>
+#include <qv/exec/qv_thread.hh>
+#include <qv/exec/qv_thread_priority.hh>
 #include <qv/io/qv_message.hh>
 #include <qv/io/qv_nlf_flags.hh>
 #include <qv/io/qv_path.hh>
@@ -71,6 +74,7 @@ constexpr Component components[] = {
     QV___COMPONENT( Timestamp, Stop::inReverse ),
     QV___COMPONENT( Obj, Stop::inReverse ),
     QV___COMPONENT( StackTrace, Stop::inReverse ),
+    QV___COMPONENT( ExecEncapsulate, Stop::inReverse ),
     QV___COMPONENT( String, Stop::inReverse ),
     QV___COMPONENT( Buffer, Stop::inReverse ),
     QV___COMPONENT( Vector, Stop::inReverse ),
@@ -101,6 +105,8 @@ constexpr Component components[] = {
     QV___COMPONENT( Path, Stop::inReverse ),
     QV___COMPONENT( MessageLevel, Stop::inReverse ),
     QV___COMPONENT( NlfFlags, Stop::inReverse ),
+    QV___COMPONENT( ThreadPriority, Stop::inReverse ),
+    QV___COMPONENT( Thread, Stop::inReverse ),
 };
 
 #undef QV___COMPONENT
