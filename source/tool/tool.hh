@@ -1,0 +1,231 @@
+#ifndef QV_TOOL_TOOL_HH
+#define QV_TOOL_TOOL_HH
+
+// What the subtools share: the tables that describe them, their parsed arguments, messages, input and output.
+
+#include "tool_owner.hh"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tool
+{
+
+// Exit codes of the process.
+enum Status : int
+{
+    statusGood = 0,
+    statusData = 1, // the data, or a file, is at fault
+    statusUsage = 2 // the command line is
+};
+
+// ---- Output ----
+
+// Where results go: standard output, a file of any kind, or a regular file that appears whole or not at all.
+class Output
+{
+  public:
+    // Standard output.
+    Output();
+    // "-" is standard output. A regular file, or a name that is free, is written beside its place and takes it in
+    // finish. Failures are told by isGood and failure.
+    explicit Output( const std::string &name );
+    ~Output();
+    Output( const Output & ) = delete;
+    Output &operator=( const Output & ) = delete;
+
+    void write( std::string_view text );
+    void write( QV_BUFFER *buffer );
+    // The library's sink on the same bytes; flush it before anything else is written here.
+    QV_BYTE_SINK *sink();
+    // Passes on what is held back.
+    void pass();
+    // Ends the output: true if every byte has reached its place. Only then a regular file is replaced.
+    bool finish();
+    bool isGood() const
+    {
+        return reason.empty();
+    }
+    // Why it isn't good.
+    const std::string &failure() const
+    {
+        return reason;
+    }
+    const std::string &displayName() const
+    {
+        return shown;
+    }
+
+  private:
+    void openBeside( const std::string &target );
+    void writeAll( const unsigned char *bytes, size_t count );
+    void fail( const char *step );
+    static QV_BOOL takeBytes( qvObj closure, const unsigned char *bytes, QV_INT count );
+    static QV_BOOL flushBytes( qvObj closure );
+
+    std::string shown;
+    std::string target;    // what finish puts in place, if that is a regular file
+    std::string temporary; // and its file until then
+    std::string held;      // bytes that wait for a larger write
+    std::string reason;
+    Owner<QV_BYTE_SINK> stream;
+    int descriptor = -1;
+    bool owned = false;
+};
+
+// ---- Terminal ----
+
+struct Style
+{
+    const char *bold = "";
+    const char *dim = "";
+    const char *name = "";
+    const char *text = "";
+    const char *number = "";
+    const char *word = "";
+    const char *bad = "";
+    const char *good = "";
+    const char *off = "";
+};
+
+// The colours of a descriptor: all empty unless it is a terminal and the user hasn't refused colours.
+const Style &styleOf( int descriptor );
+
+// A line on standard error that tells how far the work is, once it has taken more than a second; only on a terminal.
+class Progress
+{
+  public:
+    // total is in units, 0 if not known.
+    Progress( std::string label, long long total, const char *unit );
+    ~Progress();
+    Progress( const Progress & ) = delete;
+    Progress &operator=( const Progress & ) = delete;
+    void advance( long long done );
+
+  private:
+    std::string label;
+    const char *unit;
+    long long total;
+    double start;
+    double next;
+    bool terminal;
+};
+
+// Takes the progress line off the terminal before something else is printed there.
+void clearProgressLine();
+
+// ---- Subtools ----
+
+struct Option
+{
+    char letter;       // 0 for none
+    const char *name;  // without dashes
+    const char *value; // what its argument is called, null if it takes none
+    const char *text;
+};
+
+struct Example
+{
+    const char *line;
+    const char *text;
+};
+
+struct Tool;
+struct Arguments;
+
+// One row for each subtool; parsing, help and everything printed of it come from here.
+struct Command
+{
+    const char *name; // as typed behind "qv", for example "store show"
+    const char *operands;
+    size_t least;
+    size_t most; // 0 for no limit
+    const char *summary;
+    const char *details; // may be null
+    std::span<const Option> options;
+    std::span<const Example> examples;
+    void ( *run )( Tool &tool, const Arguments &arguments );
+};
+
+struct Group
+{
+    const char *name;
+    const char *summary;
+    std::span<const Command *const> commands;
+};
+
+extern const Command storeShow, storeCheck, storeConvert, storeGet, storeSet, storeDel;
+extern const Command textConvert, textInfo, textCharsets;
+extern const Command charFacts, timeFacts;
+
+// Everything that the command has: groups of subtools, and subtools that stand alone in a group without a name.
+std::span<const Group> groups();
+
+// ---- One run ----
+
+struct Tool
+{
+    Output out;
+    QV_MESSAGE_SINK *messages;
+    const Command *command = nullptr;
+    int status = statusGood;
+
+    // Messages; an error sets the status to statusData, or stays at a worse one. place may be null.
+    void error( QV_LOCATION *place, std::string_view text );
+    void error( std::string_view file, std::string_view text );
+    void warning( std::string_view file, std::string_view text );
+    void report( QV_MESSAGE *message );
+    // An error of the command line, with a hint where help is.
+    void usage( std::string_view text );
+};
+
+struct Arguments
+{
+    std::vector<String> operands;
+    std::vector<std::pair<const Option *, std::string>> options;
+
+    bool has( std::string_view name ) const;
+    std::optional<std::string> value( std::string_view name ) const; // of its last occurrence
+    std::string operand( size_t index ) const;
+};
+
+// Parses the arguments, answers --help, and runs. False if the status isn't good.
+bool runCommand( Tool &tool, const Command &command, QV_VECTOR *argv );
+
+void printHelp( Tool &tool, const Command &command );
+void printHelp( Tool &tool, const Group &group );
+void printHelp( Tool &tool );
+
+// ---- Input ----
+
+// The location of a file by its name as typed, "-" being standard input.
+Owner<QV_LOCATION> locationOf( const std::string &name );
+Owner<QV_PATH> pathOf( const std::string &name );
+
+// The bytes of a file, or of standard input for "-"; null after an error message.
+Owner<QV_BUFFER> readFile( Tool &tool, const std::string &name );
+
+// Where the first invalid byte sequence stands, by line and column of the characters before it. Null if there is none.
+Owner<QV_LOCATION> locateInvalid( QV_BUFFER *buffer, QV_LOCATION *base, QV_INT charset );
+
+// ---- Texts ----
+
+// A name of the library without its prefix, in lower case with dashes: "QV_NLF_FLAG_CRLF" gives "crlf".
+std::string shortName( std::string_view prefix, QV_STRING *name );
+// The other way round.
+String longName( std::string_view prefix, std::string_view name );
+
+std::string grouped( long long number );
+std::string codePoint( QV_CHAR ch );
+std::string padded( std::string text, size_t width );
+// The column of a number, right-aligned.
+std::string aligned( std::string text, size_t width );
+// "1 file", "2 files".
+std::string counted( long long number, const char *noun );
+
+} // namespace tool
+
+#endif
