@@ -16,7 +16,8 @@ namespace tool
 namespace
 {
 
-const Command *const storeCommands[] = { &storeShow, &storeCheck, &storeConvert, &storeGet, &storeSet, &storeDel };
+const Command *const storeCommands[] = { &storeShow, &storeCheck, &storeConvert,
+                                         &storeGet,  &storeSet,   &storeDel };
 const Command *const textCommands[] = { &textConvert, &textInfo, &textCharsets };
 const Command *const aloneCommands[] = { &charFacts, &timeFacts };
 
@@ -70,7 +71,8 @@ bool isHelp( QV_VECTOR *argv )
     if ( qvVectorLength( argv ) == 0 )
         return false;
     Owner first( qvVectorObjAt( argv, 0 ) );
-    return qvStringEqualsCstr( qvStringFrom( first ), "--help", -1 ) || qvStringEqualsCstr( qvStringFrom( first ), "-h", -1 );
+    return qvStringEqualsCstr( qvStringFrom( first ), "--help", -1 ) ||
+           qvStringEqualsCstr( qvStringFrom( first ), "-h", -1 );
 }
 
 // A switch leads to no tool: it has told so itself.

@@ -5,6 +5,7 @@
 
 #include "tool_owner.hh"
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -136,13 +137,15 @@ struct Example
 struct Tool;
 struct Arguments;
 
+inline constexpr size_t noLimit = SIZE_MAX;
+
 // One row for each subtool; parsing, help and everything printed of it come from here.
 struct Command
 {
     const char *name; // as typed behind "qv", for example "store show"
     const char *operands;
     size_t least;
-    size_t most; // 0 for no limit
+    size_t most; // or noLimit
     const char *summary;
     const char *details; // may be null
     std::span<const Option> options;

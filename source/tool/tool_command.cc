@@ -33,7 +33,8 @@ tool::Owner<QV_OPT_DEF> definition( const std::vector<const tool::Option *> &opt
         const tool::Option &option = *options[id];
         qvOptDefSetLongOptCstr( def.edit(), option.name, -1, static_cast<QV_INT>( id ) );
         if ( option.letter )
-            qvOptDefSetShortOpt( def.edit(), static_cast<QV_CHAR>( option.letter ), static_cast<QV_INT>( id ) );
+            qvOptDefSetShortOpt( def.edit(), static_cast<QV_CHAR>( option.letter ),
+                                 static_cast<QV_INT>( id ) );
         if ( option.value )
             qvOptDefSetFlags( def.edit(), static_cast<QV_INT>( id ), QV_OPT_FLAG_ARGUMENT );
     }
@@ -119,7 +120,8 @@ std::string heading( const char *text )
 void printRow( tool::Output &out, size_t width, const std::string &name, const char *text )
 {
     const tool::Style &style = tool::styleOf( STDOUT_FILENO );
-    out.write( "  " + std::string( style.name ) + name + style.off + std::string( width - name.size() + 2, ' ' ) );
+    out.write( "  " + std::string( style.name ) + name + style.off +
+               std::string( width - name.size() + 2, ' ' ) );
     printWrapped( out, width + 4, text );
 }
 
@@ -168,7 +170,8 @@ void Tool::usage( std::string_view text )
 
 bool Arguments::has( std::string_view name ) const
 {
-    return std::any_of( options.begin(), options.end(), [&]( const auto &given ) { return given.first->name == name; } );
+    return std::any_of( options.begin(), options.end(),
+                        [&]( const auto &given ) { return given.first->name == name; } );
 }
 
 std::optional<std::string> Arguments::value( std::string_view name ) const
@@ -219,7 +222,7 @@ bool runCommand( Tool &tool, const Command &command, QV_VECTOR *argv )
         printHelp( tool, command );
     else if ( arguments.operands.size() < command.least )
         tool.usage( std::string( "missing argument, expected: " ) + command.operands );
-    else if ( command.most && arguments.operands.size() > command.most )
+    else if ( arguments.operands.size() > command.most )
         tool.usage( "too many arguments, expected: " + std::string( command.operands ) );
     else
         command.run( tool, arguments );
@@ -263,7 +266,8 @@ void printHelp( Tool &tool, const Group &group )
         width = std::max( width, std::string_view( command->name ).size() );
     tool.out.write( std::string( group.summary ) + "\n\n" + heading( "Tools" ) );
     printCommands( tool, group.commands, width );
-    tool.out.write( "\nEach tells more, with examples: qv " + std::string( group.commands[0]->name ) + " --help\n" );
+    tool.out.write( "\nEach tells more, with examples: qv " + std::string( group.commands[0]->name ) +
+                    " --help\n" );
 }
 
 void printHelp( Tool &tool )

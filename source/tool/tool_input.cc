@@ -79,7 +79,8 @@ Owner<QV_BUFFER> readFile( Tool &tool, const std::string &name )
         if ( descriptor >= 0 )
             buffer = readAll( descriptor );
         if ( !buffer )
-            tool.error( name == "-" ? standardInput : name, std::string( "can't read: " ) + std::strerror( errno ) );
+            tool.error( name == "-" ? standardInput : name,
+                        std::string( "can't read: " ) + std::strerror( errno ) );
         if ( descriptor > STDIN_FILENO )
             close( descriptor );
         return buffer;
@@ -109,8 +110,8 @@ Owner<QV_LOCATION> locateInvalid( QV_BUFFER *buffer, QV_LOCATION *base, QV_INT c
         for ( QV_INT idx = 0; idx < count; idx++ )
         {
             bool secondHalf = chars[idx] == '\n' && before == '\r';
-            bool line = chars[idx] == '\n' || chars[idx] == '\r' || chars[idx] == 0x85 || chars[idx] == 0x2028 ||
-                        chars[idx] == 0x2029;
+            bool line = chars[idx] == '\n' || chars[idx] == '\r' || chars[idx] == 0x85 ||
+                        chars[idx] == 0x2028 || chars[idx] == 0x2029;
             lines += line && !secondHalf;
             column = line ? 1 : column + 1;
             before = chars[idx];

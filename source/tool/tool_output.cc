@@ -57,9 +57,7 @@ std::string resolved( const std::string &name )
 namespace tool
 {
 
-Output::Output() : shown( "<stdout>" ), descriptor( STDOUT_FILENO )
-{
-}
+Output::Output() : shown( "<stdout>" ), descriptor( STDOUT_FILENO ) {}
 
 Output::Output( const std::string &name ) : shown( name )
 {
@@ -171,14 +169,16 @@ void Output::write( QV_BUFFER *buffer )
 
 QV_BOOL Output::takeBytes( qvObj closure, const unsigned char *bytes, QV_INT count )
 {
-    auto *output = reinterpret_cast<Output *>( static_cast<intptr_t>( qvBoxedIntValue( qvBoxedIntFrom( closure ) ) ) );
+    auto *output =
+        reinterpret_cast<Output *>( static_cast<intptr_t>( qvBoxedIntValue( qvBoxedIntFrom( closure ) ) ) );
     output->writeAll( bytes, static_cast<size_t>( count ) );
     return QV_BOOL_FROM( output->isGood() );
 }
 
 QV_BOOL Output::flushBytes( qvObj closure )
 {
-    auto *output = reinterpret_cast<Output *>( static_cast<intptr_t>( qvBoxedIntValue( qvBoxedIntFrom( closure ) ) ) );
+    auto *output =
+        reinterpret_cast<Output *>( static_cast<intptr_t>( qvBoxedIntValue( qvBoxedIntFrom( closure ) ) ) );
     return QV_BOOL_FROM( output->isGood() );
 }
 

@@ -39,10 +39,10 @@ inline void release( qvObj obj )
     qvObjRelease( obj );
 }
 
-#define TOOL_OWNED( NAME, prefix )                                                                                     \
-    inline void release( NAME *obj )                                                                                   \
-    {                                                                                                                  \
-        prefix##Release( obj );                                                                                        \
+#define TOOL_OWNED( NAME, prefix )                                                                           \
+    inline void release( NAME *obj )                                                                         \
+    {                                                                                                        \
+        prefix##Release( obj );                                                                              \
     }
 TOOL_OWNED( QV_BOXED_INT, qvBoxedInt )
 TOOL_OWNED( QV_BUFFER, qvBuffer )
@@ -77,12 +77,8 @@ template <typename T> class Owner
 {
   public:
     Owner() = default;
-    explicit Owner( T *adopted ) : object( adopted )
-    {
-    }
-    Owner( Owner &&other ) noexcept : object( std::exchange( other.object, nullptr ) )
-    {
-    }
+    explicit Owner( T *adopted ) : object( adopted ) {}
+    Owner( Owner &&other ) noexcept : object( std::exchange( other.object, nullptr ) ) {}
     Owner &operator=( Owner &&other ) noexcept
     {
         std::swap( object, other.object );

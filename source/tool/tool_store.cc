@@ -37,7 +37,8 @@ std::pair<QV_INT, QV_INT> reach( QV_STORE_DECODE_RESULT *result )
 {
     tool::Owner error( qvStoreDecodeResultError( result ) );
     tool::Owner place( qvStoreDecodeErrorLocation( error ) );
-    return place ? std::pair( qvLocationLine( place ), qvLocationColumn( place ) ) : std::pair<QV_INT, QV_INT>( 0, 0 );
+    return place ? std::pair( qvLocationLine( place ), qvLocationColumn( place ) )
+                 : std::pair<QV_INT, QV_INT>( 0, 0 );
 }
 
 struct Detection
@@ -161,7 +162,8 @@ bool takeFrom( Tool &tool, const Arguments &arguments, QV_STORE_ENCODING &from )
 
 std::optional<DataFile> loadData( Tool &tool, const std::string &name, QV_STORE_ENCODING from )
 {
-    DataFile file{ .name = name, .bytes = readFile( tool, name ), .store = {}, .header = {}, .encoding = from };
+    DataFile file{
+        .name = name, .bytes = readFile( tool, name ), .store = {}, .header = {}, .encoding = from };
     if ( !file.bytes )
         return std::nullopt;
     Owner place = locationOf( name );
@@ -250,7 +252,8 @@ bool takePlace( Tool &tool, const std::string &typed, Place &place )
         std::string step = typed.substr( start, end - start );
         if ( !qvStoreAddressOk( stringOf( step ) ) )
         {
-            tool.usage( "\"" + typed + "\" is no address: letters, digits, \"_\", \"-\" and \".\", separated by \"/\"" );
+            tool.usage( "\"" + typed +
+                        "\" is no address: letters, digits, \"_\", \"-\" and \".\", separated by \"/\"" );
             return false;
         }
         place.steps.push_back( step );
@@ -268,7 +271,8 @@ QV_INT indexOf( QV_STORE *store, const std::string &step )
     // Positions may be typed without the zeros that stand in front of an array's addresses.
     if ( managed )
     {
-        bool number = qvStringScanInt( address, 0, -1, 10, &index, &consumed ) && consumed == qvStringLength( address );
+        bool number =
+            qvStringScanInt( address, 0, -1, 10, &index, &consumed ) && consumed == qvStringLength( address );
         return number && index >= 0 && index < qvStoreLength( store ) ? index : -1;
     }
     QV_INT low = 0;

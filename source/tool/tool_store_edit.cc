@@ -33,13 +33,16 @@ void reportMissing( Tool &tool, const DataFile &file, QV_STORE *store, const Pla
     if ( qvStoreHints( store ) & QV_STORE_HINT_ARRAY_MANAGED )
         text += ", which is an array of " + tool::counted( qvStoreLength( store ), "item" );
     Owner found( qvStoreLocation( store ) );
-    tool.error( step > 0 && found ? found : tool::locationOf( file.name ), text );
+    if ( step == 0 || !found )
+        found = tool::locationOf( file.name );
+    tool.error( found, text );
 }
 
 void reportValue( Tool &tool, const DataFile &file, const Place &place, size_t step )
 {
-    tool.error( tool::locationOf( file.name ),
-                "\"" + pathOfSteps( place, step + 1 ) + "\" is a value and has no entry \"" + place.steps[step + 1] + "\"" );
+    tool.error( tool::locationOf( file.name ), "\"" + pathOfSteps( place, step + 1 ) +
+                                                   "\" is a value and has no entry \"" +
+                                                   place.steps[step + 1] + "\"" );
 }
 
 // ---- Get ----
@@ -150,7 +153,8 @@ bool takeValue( Tool &tool, const Arguments &arguments, Value &value )
     bool given = arguments.operands.size() == 3;
     if ( given == ( value.kind == Kind::null ) )
     {
-        tool.usage( given ? "--null takes no VALUE" : "missing argument, expected: FILE ADDRESS[/ADDRESS...] VALUE" );
+        tool.usage( given ? "--null takes no VALUE"
+                          : "missing argument, expected: FILE ADDRESS[/ADDRESS...] VALUE" );
         return false;
     }
     if ( given )
@@ -193,7 +197,8 @@ QV_INT addEntry( QV_STORE **store, const std::string &step )
 // An array grows by an item behind its last one, by its position, and in no other way.
 bool canAdd( QV_STORE *store, const std::string &step )
 {
-    return !( qvStoreHints( store ) & QV_STORE_HINT_ARRAY_MANAGED ) || step == std::to_string( qvStoreLength( store ) );
+    return !( qvStoreHints( store ) & QV_STORE_HINT_ARRAY_MANAGED ) ||
+           step == std::to_string( qvStoreLength( store ) );
 }
 
 // Changes what stands at a place, from the root down; each store on the way is replaced by its changed copy.
@@ -289,8 +294,8 @@ void runSet( Tool &tool, const Arguments &arguments )
     QV_STORE_ENCODING from;
     Place place;
     Value value;
-    if ( !tool::takeFrom( tool, arguments, from ) || !tool::takePlace( tool, arguments.operand( 1 ), place ) ||
-         !takeValue( tool, arguments, value ) )
+    if ( !tool::takeFrom( tool, arguments, from ) ||
+         !tool::takePlace( tool, arguments.operand( 1 ), place ) || !takeValue( tool, arguments, value ) )
         return;
     std::optional<DataFile> file = tool::loadData( tool, arguments.operand( 0 ), from );
     if ( file && SetEdit( tool, *file, place, value ).apply( file->store.edit() ) )
@@ -356,9 +361,10 @@ const Command storeGet = {
     "store get",
     "FILE ADDRESS[/ADDRESS...]...",
     2,
-    0,
+    noLimit,
     "Print entries of a data file",
-    "A value is printed as its text, a store as standard text. In an array a position, from 0, is an address.",
+    "A value is printed as its text, a store as standard text. In an array a position, from 0, is an "
+    "address.",
     getOptions,
     getExamples,
     runGet,
@@ -370,8 +376,10 @@ const Command storeSet = {
     2,
     3,
     "Set a value in a data file",
-    "VALUE is a text unless an option says otherwise. Stores on the way are made where they are missing; an array "
-    "grows by the position behind its last item. Header and all other entries stay; comments and layout don't. With "
+    "VALUE is a text unless an option says otherwise. Stores on the way are made where they are missing; an "
+    "array "
+    "grows by the position behind its last item. Header and all other entries stay; comments and layout "
+    "don't. With "
     "\"-\" as FILE the changed file is printed.",
     setOptions,
     setExamples,
@@ -382,7 +390,7 @@ const Command storeDel = {
     "store del",
     "FILE ADDRESS[/ADDRESS...]...",
     2,
-    0,
+    noLimit,
     "Delete entries of a data file",
     "An entry that isn't there is an error, and the file then stays as it is.",
     delOptions,

@@ -73,12 +73,11 @@ void count( QV_STORE *store, long long depth, Counts &counts )
 class Facts
 {
   public:
-    explicit Facts( Output &output ) : out( output ), style( tool::styleOf( STDOUT_FILENO ) )
-    {
-    }
+    explicit Facts( Output &output ) : out( output ), style( tool::styleOf( STDOUT_FILENO ) ) {}
     void print( const char *name, const std::string &text )
     {
-        out.write( std::string( style.dim ) + "# " + tool::padded( name, 10 ) + style.off + " " + text + "\n" );
+        out.write( std::string( style.dim ) + "# " + tool::padded( name, 10 ) + style.off + " " + text +
+                   "\n" );
     }
     void print( const char *name, String text )
     {
@@ -99,16 +98,14 @@ class Facts
 void printInfo( Facts &facts, QV_HEADER_INFO *info )
 {
     std::string product;
-    for ( String part : { String( qvHeaderInfoProductFriendlyName( info ) ), String( qvHeaderInfoProductVersion( info ) ) } )
-    {
+    auto add = [&]( String part, const char *before, const char *after ) {
         if ( part )
-            product += ( product.empty() ? "" : " " ) + tool::textOf( static_cast<QV_STRING *>( part ) );
-    }
-    if ( String name( qvHeaderInfoProductName( info ) ); name )
-    {
-        std::string text = tool::textOf( static_cast<QV_STRING *>( name ) );
-        product += product.empty() ? text : " (" + text + ")";
-    }
+            product += ( product.empty() ? "" : before ) + tool::textOf( std::move( part ) ) +
+                       ( product.empty() ? "" : after );
+    };
+    add( String( qvHeaderInfoProductFriendlyName( info ) ), "", "" );
+    add( String( qvHeaderInfoProductVersion( info ) ), " ", "" );
+    add( String( qvHeaderInfoProductName( info ) ), " (", ")" );
     if ( !product.empty() )
         facts.print( "product", product );
     facts.print( "built", Owner( qvHeaderInfoProductBuildTime( info ) ) );
@@ -128,11 +125,13 @@ void printFacts( Tool &tool, const DataFile &file )
         if ( Owner info( qvStoreHeaderInfo( file.header ) ); info )
             printInfo( facts, info );
     }
-    facts.print( "encoding", tool::encodingName( file.header ? tool::withHeader( file.encoding ) : file.encoding ) );
+    facts.print( "encoding",
+                 tool::encodingName( file.header ? tool::withHeader( file.encoding ) : file.encoding ) );
     Counts counts;
     count( file.store, 1, counts );
-    facts.print( "content", tool::counted( counts.values, "value" ) + ", " + tool::counted( counts.stores, "store" ) +
-                                ", " + tool::counted( counts.depth, "level" ) );
+    facts.print( "content", tool::counted( counts.values, "value" ) + ", " +
+                                tool::counted( counts.stores, "store" ) + ", " +
+                                tool::counted( counts.depth, "level" ) );
 }
 
 void runShow( Tool &tool, const Arguments &arguments )
@@ -180,7 +179,8 @@ void checkFile( Tool &tool, const std::string &name, QV_STORE_ENCODING from, boo
 void checkFolder( Tool &tool, const std::string &name, QV_STORE_ENCODING from, bool all, Tally &tally )
 {
     Owner folder = tool::pathOf( name );
-    Owner files( qvPathDirectoryList( folder, QV_PATH_DIRECTORY_LIST_FLAG_RECURSIVE | QV_PATH_DIRECTORY_LIST_FLAG_SORT |
+    Owner files( qvPathDirectoryList( folder, QV_PATH_DIRECTORY_LIST_FLAG_RECURSIVE |
+                                                  QV_PATH_DIRECTORY_LIST_FLAG_SORT |
                                                   QV_PATH_DIRECTORY_LIST_FLAG_EXCLUDE_DIRECTORIES |
                                                   QV_PATH_DIRECTORY_LIST_FLAG_RELATIVE ) );
     if ( !files )
@@ -218,9 +218,9 @@ void runCheck( Tool &tool, const Arguments &arguments )
             checkFile( tool, name, from, all, tally );
     }
     const Style &style = tool::styleOf( STDOUT_FILENO );
-    tool.out.write( tool::counted( tally.good + tally.bad, "file" ) + " checked: " + style.good + tool::grouped( tally.good ) +
-                    " good" + style.off + ", " + ( tally.bad ? style.bad : "" ) + tool::grouped( tally.bad ) + " bad" +
-                    style.off + "\n" );
+    tool.out.write( tool::counted( tally.good + tally.bad, "file" ) + " checked: " + style.good +
+                    tool::grouped( tally.good ) + " good" + style.off + ", " +
+                    ( tally.bad ? style.bad : "" ) + tool::grouped( tally.bad ) + " bad" + style.off + "\n" );
 }
 
 // ---- Convert ----
@@ -338,7 +338,7 @@ const Command storeShow = {
     "store show",
     "FILE...",
     1,
-    0,
+    noLimit,
     "Show data files: header and content",
     "What is told about a file stands behind \"#\", so that all that is printed is itself standard text.",
     showOptions,
@@ -350,7 +350,7 @@ const Command storeCheck = {
     "store check",
     "FILE...",
     1,
-    0,
+    noLimit,
     "Check data files, and folders with all that is in them",
     "Each bad file is reported with line, column and reason. Exit code 1 if any is bad.",
     checkOptions,

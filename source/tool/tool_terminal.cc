@@ -70,8 +70,8 @@ void Progress::advance( long long done )
         return;
     next = time + 0.1;
     std::string share = total > 0 ? " " + std::to_string( done * 100 / total ) + "%" : "";
-    std::fprintf( stderr, "\r\033[K%s%s, %s %s, %.0f s", label.c_str(), share.c_str(), grouped( done ).c_str(), unit,
-                  std::floor( time - start ) );
+    std::fprintf( stderr, "\r\033[K%s%s, %s %s, %.0f s", label.c_str(), share.c_str(),
+                  grouped( done ).c_str(), unit, std::floor( time - start ) );
     std::fflush( stderr );
     lineShown = true;
 }
