@@ -10,6 +10,7 @@ option( QV_M32 "Build for 32-bit x86" OFF )
 set( QV_SANITIZE "" CACHE STRING "Sanitizers, for example address,undefined" )
 option( QV_PARTIAL "Let programs link while functions are missing" OFF )
 option( QV_LTO "Optimize across source files" OFF )
+option( QV_FUZZ "Build the fuzzer" OFF )
 option( QV_BUILD_TOOL "Build the qv command" ON )
 option( QV_BUILD_TESTS "Build the tests" ON )
 
