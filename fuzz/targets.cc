@@ -238,7 +238,7 @@ void fuzzTime( const unsigned char *bytes, size_t length )
 
 void fuzzNumber( const unsigned char *bytes, size_t length )
 {
-    unsigned choice = takeByte( &bytes, &length ) % 36;
+    QV_INT choice = takeByte( &bytes, &length ) % 36;
     QV_INT base = choice == 0 ? -1 : choice + 1;
     String text( textOf( bytes, length ) );
     QV_INT value = 0, consumed = 0;
