@@ -10,6 +10,7 @@
 #include <qv/runtime/qv_runtime.h>
 #include <qv/runtime/qv_sort.hh>
 #include <qv/sys/qv_mem.hh>
+#include <qv/sys/qv_record_pool.hh>
 #include <qv/sys/qv_unique.hh>
 
 namespace
@@ -148,7 +149,7 @@ void qv___ObjOdbUnlock()
 qvObj qv___ObjCreate( QV_INT size, QV_SORT *sort )
 {
     QV_CHECK( sort );
-    qvObj obj = static_cast<qvObj>( qvMemAlloc( size ) );
+    qvObj obj = static_cast<qvObj>( qv::recordAlloc( size ) );
     *obj = {
         QV___OBJ_TYPE_OBJECT, sort, QV___UNIQUE_INVALID, 1, size, 0, nullptr, nullptr, nullptr, nullptr };
     if ( __builtin_expect( odbEnabled, QV_FALSE ) )
@@ -207,7 +208,7 @@ void qv___ObjFree( qvObj thisObj )
     {
         countFreed( sort );
     }
-    qvMemFree( thisObj );
+    qv::recordFree( thisObj, thisObj->dbgObjectSize );
 }
 
 void qvObjRetain( qvObj obj )

@@ -5,6 +5,7 @@
 
 #include <qv/runtime/qv_runtime.h>
 #include <qv/sys/qv_check.hh>
+#include <qv/sys/qv_record_pool.hh>
 
 namespace
 {
@@ -16,10 +17,12 @@ constinit bool fillsNewBlocks = false;
 void qv___MemStartup()
 {
     fillsNewBlocks = ( qvRuntimeFlags() & QV_RUNTIME_FLAG_MEMORY_DEBUG ) != 0;
+    qv___RecordPoolStartup();
 }
 
 void qv___MemShutdown()
 {
+    qv___RecordPoolShutdown();
     fillsNewBlocks = false;
 }
 

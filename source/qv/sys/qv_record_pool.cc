@@ -1,0 +1,416 @@
+#include <qv/sys/qv_record_pool.hh>
+
+#include <qv/runtime/qv_runtime.h>
+#include <qv/sys/qv_check.hh>
+#include <qv/sys/qv_lock.hh>
+#include <qv/sys/qv_mem.h>
+
+#include <pthread.h>
+#include <sys/mman.h>
+
+#include <bit>
+#include <cstddef>
+
+// Whether the pool may work at all in this build.
+#if defined( QV_CHECKED ) || defined( __SANITIZE_ADDRESS__ ) || defined( __SANITIZE_THREAD__ )
+#define QV___RECORD_POOL 0
+#else
+#define QV___RECORD_POOL 1
+#endif
+
+namespace
+{
+
+// Block sizes are the multiples of 32 bytes up to 1024; larger records come from the memory layer.
+constexpr size_t grain = 32;
+constexpr size_t classCount = 32;
+
+// Slabs of one block size each, cut from chunks that the system gives. Both stand at multiples of their sizes, so that a
+// block's address tells its slab and its chunk.
+constexpr size_t slabSize = 0x10000;
+constexpr size_t chunkSize = 0x200000;
+constexpr uint32_t slabsPerChunk = chunkSize / slabSize;
+constexpr uint32_t allSlabs = ~0u >> ( 32 - slabsPerChunk );
+
+// Unused chunks go back to the system when there are more than this and more than a quarter of all.
+constexpr uint32_t keptChunks = 16;
+
+// A free block, linked through its first word.
+struct Block
+{
+    Block *next;
+};
+
+// The head of a slab. While it has a free block, it stands in the list of its class.
+struct Slab
+{
+    Slab *previous;
+    Slab *next;
+    Block *free;        // blocks given back
+    uint32_t blockSize; // 0 while the slab has no class
+    uint32_t used;      // blocks that are out
+    uint32_t fresh;     // offset of the first block that was never out
+    bool isListed;
+    // In the first slab of a chunk only, about the chunk.
+    Slab *previousChunk;
+    Slab *nextChunk;
+    uint32_t freeSlabs;      // a bit for each slab without a class
+    uint32_t untouchedSlabs; // a bit for each slab that was never used
+};
+
+constexpr size_t slabHeadSize = 128;
+static_assert( sizeof( Slab ) <= slabHeadSize );
+
+// The blocks at hand of one thread, in the order of their classes. Registered ones stand in a list.
+struct Stock
+{
+    struct Shelf
+    {
+        Block *first;
+        QV_INT count;
+    };
+
+    Shelf shelves[classCount];
+    Stock *previous;
+    Stock *next;
+    bool isRegistered;
+};
+
+// All of it is guarded by lock, but for isOn, which changes at startup and shutdown only.
+struct Pool
+{
+    qv___Lock lock;
+    Slab *chunks;
+    uint32_t chunkCount;
+    uint32_t unusedChunks;
+    Slab *listed[classCount]; // slabs with free blocks
+    Stock *stocks;
+    pthread_key_t endOfThread;
+    bool isOn;
+};
+
+constinit Pool pool = {};
+
+__attribute__( ( tls_model( "initial-exec" ) ) ) constinit thread_local Stock stock = {};
+
+size_t classOf( QV_INT size )
+{
+    return ( static_cast<size_t>( size ) - 1 ) / grain;
+}
+
+// How many blocks move between a thread and the slabs at once: some 8 KiB.
+QV_INT batchOf( size_t index )
+{
+    size_t count = 8192 / ( ( index + 1 ) * grain );
+    return static_cast<QV_INT>( count < 64 ? count : 64 );
+}
+
+template <typename T, typename U> T *alignedDown( U *address, size_t size )
+{
+    return reinterpret_cast<T *>( reinterpret_cast<uintptr_t>( address ) & ~( size - 1 ) );
+}
+
+// ---- Chunks and slabs; the lock is held ----
+
+// Memory at a multiple of its size.
+void *mapChunk()
+{
+    void *room = mmap( nullptr, 2 * chunkSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0 );
+    QV_CHECK( room != MAP_FAILED );
+    auto begin = static_cast<char *>( room );
+    auto chunk = alignedDown<char>( begin + chunkSize - 1, chunkSize );
+    if ( chunk > begin )
+        munmap( begin, static_cast<size_t>( chunk - begin ) );
+    size_t behind = static_cast<size_t>( begin + chunkSize - chunk );
+    if ( behind > 0 )
+        munmap( chunk + chunkSize, behind );
+    return chunk;
+}
+
+// The first chunk takes its pages as they are used. A pool that needs more than one is large: there a fault for each page
+// would cost more than the records, so each slab's pages come at once.
+void touchSlab( Slab *chunk, Slab *slab, uint32_t bit )
+{
+    if ( !( chunk->untouchedSlabs & bit ) )
+        return;
+    chunk->untouchedSlabs &= ~bit;
+#ifdef MADV_POPULATE_WRITE
+    if ( pool.chunkCount > 1 )
+        madvise( slab, slabSize, MADV_POPULATE_WRITE );
+#else
+    (void)slab;
+#endif
+}
+
+Slab *addChunk()
+{
+    auto *chunk = static_cast<Slab *>( mapChunk() );
+    if ( pool.chunkCount == 0 )
+        madvise( chunk, chunkSize, MADV_NOHUGEPAGE );
+    chunk->freeSlabs = allSlabs;
+    chunk->untouchedSlabs = allSlabs;
+    chunk->nextChunk = pool.chunks;
+    if ( pool.chunks )
+        pool.chunks->previousChunk = chunk;
+    pool.chunks = chunk;
+    pool.chunkCount++;
+    pool.unusedChunks++;
+    return chunk;
+}
+
+void removeChunk( Slab *chunk )
+{
+    ( chunk->previousChunk ? chunk->previousChunk->nextChunk : pool.chunks ) = chunk->nextChunk;
+    if ( chunk->nextChunk )
+        chunk->nextChunk->previousChunk = chunk->previousChunk;
+    pool.chunkCount--;
+    pool.unusedChunks--;
+    munmap( chunk, chunkSize );
+}
+
+bool isUnused( const Slab *chunk )
+{
+    return chunk->freeSlabs == allSlabs;
+}
+
+void list( Slab *slab, size_t index )
+{
+    slab->previous = nullptr;
+    slab->next = pool.listed[index];
+    if ( slab->next )
+        slab->next->previous = slab;
+    pool.listed[index] = slab;
+    slab->isListed = true;
+}
+
+void unlist( Slab *slab, size_t index )
+{
+    ( slab->previous ? slab->previous->next : pool.listed[index] ) = slab->next;
+    if ( slab->next )
+        slab->next->previous = slab->previous;
+    slab->isListed = false;
+}
+
+Slab *chunkWithFreeSlab()
+{
+    for ( Slab *chunk = pool.chunks; chunk; chunk = chunk->nextChunk )
+    {
+        if ( chunk->freeSlabs )
+            return chunk;
+    }
+    return addChunk();
+}
+
+Slab *addSlab( size_t index )
+{
+    Slab *chunk = chunkWithFreeSlab();
+    if ( isUnused( chunk ) )
+        pool.unusedChunks--;
+    int place = std::countr_zero( chunk->freeSlabs );
+    chunk->freeSlabs &= chunk->freeSlabs - 1;
+    auto *slab = reinterpret_cast<Slab *>( reinterpret_cast<char *>( chunk ) +
+                                           static_cast<size_t>( place ) * slabSize );
+    touchSlab( chunk, slab, 1u << place );
+    slab->free = nullptr;
+    slab->blockSize = static_cast<uint32_t>( ( index + 1 ) * grain );
+    slab->used = 0;
+    slab->fresh = slabHeadSize;
+    list( slab, index );
+    return slab;
+}
+
+// Takes back a slab whose last block came in.
+void dropSlab( Slab *slab, size_t index )
+{
+    unlist( slab, index );
+    slab->blockSize = 0;
+    auto *chunk = alignedDown<Slab>( slab, chunkSize );
+    auto place =
+        static_cast<uint32_t>( ( reinterpret_cast<char *>( slab ) - reinterpret_cast<char *>( chunk ) ) /
+                               static_cast<ptrdiff_t>( slabSize ) );
+    chunk->freeSlabs |= 1u << place;
+    if ( !isUnused( chunk ) )
+        return;
+    pool.unusedChunks++;
+    if ( pool.unusedChunks > keptChunks && pool.unusedChunks > pool.chunkCount / 4 )
+        removeChunk( chunk );
+}
+
+bool isFull( const Slab *slab )
+{
+    return !slab->free && slab->fresh + slab->blockSize > slabSize;
+}
+
+// Takes a block out of a slab that has one.
+Block *takeBlock( Slab *slab )
+{
+    slab->used++;
+    if ( Block *block = slab->free )
+    {
+        slab->free = block->next;
+        return block;
+    }
+    auto *block = reinterpret_cast<Block *>( reinterpret_cast<char *>( slab ) + slab->fresh );
+    slab->fresh += slab->blockSize;
+    return block;
+}
+
+void giveBlock( Block *block, size_t index )
+{
+    auto *slab = alignedDown<Slab>( block, slabSize );
+    block->next = slab->free;
+    slab->free = block;
+    slab->used--;
+    if ( !slab->isListed )
+        list( slab, index );
+    if ( slab->used == 0 )
+        dropSlab( slab, index );
+}
+
+// ---- Stocks ----
+
+void emptyShelf( Stock *owner, size_t index, QV_INT keep )
+{
+    Stock::Shelf *shelf = &owner->shelves[index];
+    while ( shelf->count > keep )
+    {
+        Block *block = shelf->first;
+        shelf->first = block->next;
+        shelf->count--;
+        giveBlock( block, index );
+    }
+}
+
+// Gives all blocks back; the lock is held.
+void retireStock( Stock *owner )
+{
+    for ( size_t index = 0; index < classCount; index++ )
+    {
+        emptyShelf( owner, index, 0 );
+    }
+    ( owner->previous ? owner->previous->next : pool.stocks ) = owner->next;
+    if ( owner->next )
+        owner->next->previous = owner->previous;
+    owner->isRegistered = false;
+}
+
+// Records that are freed still later on the ending thread register its stock again, and this is called again.
+void retireAtEndOfThread( void *owner )
+{
+    qv___LockAcquire( &pool.lock );
+    retireStock( static_cast<Stock *>( owner ) );
+    qv___LockRelease( &pool.lock );
+}
+
+void registerStock( Stock *owner )
+{
+    QV_CHECK( pthread_setspecific( pool.endOfThread, owner ) == 0 );
+    owner->previous = nullptr;
+    owner->next = pool.stocks;
+    if ( owner->next )
+        owner->next->previous = owner;
+    pool.stocks = owner;
+    owner->isRegistered = true;
+}
+
+// Fetches a batch of blocks, in the order of their addresses.
+[[gnu::noinline]] void fillShelf( size_t index )
+{
+    qv___LockAcquire( &pool.lock );
+    if ( !stock.isRegistered )
+        registerStock( &stock );
+    Stock::Shelf *shelf = &stock.shelves[index];
+    Block **end = &shelf->first;
+    QV_INT batch = batchOf( index );
+    for ( QV_INT count = 0; count < batch; count++ )
+    {
+        Slab *slab = pool.listed[index] ? pool.listed[index] : addSlab( index );
+        *end = takeBlock( slab );
+        end = &( *end )->next;
+        if ( isFull( slab ) )
+            unlist( slab, index );
+    }
+    *end = nullptr;
+    shelf->count = batch;
+    qv___LockRelease( &pool.lock );
+}
+
+[[gnu::noinline]] void relieveShelf( size_t index )
+{
+    qv___LockAcquire( &pool.lock );
+    if ( !stock.isRegistered )
+        registerStock( &stock );
+    emptyShelf( &stock, index, batchOf( index ) );
+    qv___LockRelease( &pool.lock );
+}
+
+bool isPooled( QV_INT size )
+{
+    return QV___RECORD_POOL && __builtin_expect( pool.isOn, true ) &&
+           size <= static_cast<QV_INT>( grain * classCount );
+}
+
+} // namespace
+
+void qv___RecordPoolStartup()
+{
+    qv___LockInitialize( &pool.lock );
+    QV_CHECK( pthread_key_create( &pool.endOfThread, retireAtEndOfThread ) == 0 );
+    pool.isOn = QV___RECORD_POOL && !( qvRuntimeFlags() & QV_RUNTIME_FLAG_MEMORY_DEBUG );
+}
+
+void qv___RecordPoolShutdown()
+{
+    // All other threads have stopped using the library, so that their stocks stand still.
+    while ( pool.stocks )
+    {
+        retireStock( pool.stocks );
+    }
+    for ( Slab *chunk = pool.chunks; chunk; )
+    {
+        Slab *next = chunk->nextChunk;
+        if ( isUnused( chunk ) )
+            removeChunk( chunk );
+        chunk = next;
+    }
+    pool.isOn = false;
+    QV_CHECK( pthread_key_delete( pool.endOfThread ) == 0 );
+    qv___LockFinalize( &pool.lock );
+}
+
+void *qv::recordAlloc( QV_INT size )
+{
+    QV_CHECK( size > 0 );
+    if ( !isPooled( size ) )
+        return qvMemAlloc( size );
+    size_t index = classOf( size );
+    Stock::Shelf *shelf = &stock.shelves[index];
+    if ( __builtin_expect( shelf->count == 0, false ) )
+        fillShelf( index );
+    Block *block = shelf->first;
+    shelf->first = block->next;
+    shelf->count--;
+    return block;
+}
+
+void qv::recordFree( void *record, QV_INT size )
+{
+    if ( !isPooled( size ) )
+    {
+        qvMemFree( record );
+        return;
+    }
+    size_t index = classOf( size );
+    Stock::Shelf *shelf = &stock.shelves[index];
+    auto *block = static_cast<Block *>( record );
+    block->next = shelf->first;
+    shelf->first = block;
+    shelf->count++;
+    if ( __builtin_expect( shelf->count > 2 * batchOf( index ), false ) )
+        relieveShelf( index );
+}
+
+QV_INT qv::recordPoolSize()
+{
+    return static_cast<QV_INT>( pool.chunkCount ) * static_cast<QV_INT>( chunkSize );
+}

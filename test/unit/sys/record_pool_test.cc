@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include <qv/sys/qv_record_pool.hh>
+
+#include <cstring>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+// A block filled with a byte of its own, so that two blocks that overlap give themselves away.
+struct Filled
+{
+    unsigned char *bytes;
+    QV_INT size;
+    unsigned char fill;
+
+    static Filled take( QV_INT size, unsigned char fill )
+    {
+        auto *bytes = static_cast<unsigned char *>( qv::recordAlloc( size ) );
+        memset( bytes, fill, static_cast<size_t>( size ) );
+        return { bytes, size, fill };
+    }
+
+    bool isWhole() const
+    {
+        for ( QV_INT idx = 0; idx < size; idx++ )
+        {
+            if ( bytes[idx] != fill )
+                return false;
+        }
+        return true;
+    }
+
+    void give() const
+    {
+        EXPECT_TRUE( isWhole() );
+        EXPECT_EQ( reinterpret_cast<uintptr_t>( bytes ) % 16, 0u );
+        qv::recordFree( bytes, size );
+    }
+};
+
+// Takes and gives blocks of all sizes in random order, more and more of them and then fewer.
+void takeAndGive( unsigned seed, int steps )
+{
+    std::mt19937 random( seed );
+    std::vector<Filled> blocks;
+    for ( int step = 0; step < steps; step++ )
+    {
+        bool grows = random() % 100 < ( step < steps / 2 ? 60u : 40u );
+        if ( grows || blocks.empty() )
+        {
+            QV_INT size = random() % 8 == 0 ? 1 + random() % 3000 : 81 + random() % 600;
+            blocks.push_back( Filled::take( size, static_cast<unsigned char>( random() ) ) );
+            continue;
+        }
+        std::swap( blocks[random() % blocks.size()], blocks.back() );
+        blocks.back().give();
+        blocks.pop_back();
+    }
+    for ( const Filled &block : blocks )
+    {
+        block.give();
+    }
+}
+
+} // namespace
+
+TEST( RecordPool, BlocksNeverOverlap )
+{
+    takeAndGive( 1, 200000 );
+}
+
+TEST( RecordPool, ThreadsTakeAndGiveAtOnce )
+{
+    std::vector<std::thread> threads;
+    for ( unsigned seed = 10; seed < 14; seed++ )
+    {
+        threads.emplace_back( takeAndGive, seed, 60000 );
+    }
+    for ( std::thread &thread : threads )
+    {
+        thread.join();
+    }
+}
+
+// Blocks that are always taken here and given there come round: what the other threads hold comes back when they end.
+TEST( RecordPool, OtherThreadsGiveBlocksBack )
+{
+    QV_INT sizeBefore = 0;
+    for ( int round = 0; round < 30; round++ )
+    {
+        std::vector<Filled> blocks;
+        for ( int idx = 0; idx < 20000; idx++ )
+        {
+            blocks.push_back( Filled::take( 384, static_cast<unsigned char>( idx ) ) );
+        }
+        std::thread other( [&blocks] {
+            for ( const Filled &block : blocks )
+            {
+                block.give();
+            }
+        } );
+        other.join();
+        if ( round == 0 )
+            sizeBefore = qv::recordPoolSize();
+    }
+    EXPECT_EQ( qv::recordPoolSize(), sizeBefore );
+}
+
+// A peak goes back to the system for the most part.
+TEST( RecordPool, PeakGoesBack )
+{
+    std::vector<Filled> blocks;
+    for ( int idx = 0; idx < 200000; idx++ )
+    {
+        blocks.push_back( Filled::take( 384, 1 ) );
+    }
+    QV_INT peak = qv::recordPoolSize();
+    for ( const Filled &block : blocks )
+    {
+        block.give();
+    }
+    EXPECT_LE( qv::recordPoolSize(), peak * 3 / 5 );
+}
