@@ -5,6 +5,7 @@
 
 #include <qv/base/qv_store.hh>
 #include <qv/base/qv_store_encoding.hh>
+#include <qv/sys/qv_block.hh>
 
 // Writes a store as standard text in UTF-8, its lines ended by one line feed.
 void qv___StoreEncodeStandard( QV_STORE *store, QV_BYTE_SINK *sink );
@@ -25,25 +26,14 @@ inline bool isControlChar( QV_CHAR ch )
 // breaks also none of the two line breaks that aren't control characters.
 template <bool breaks> inline QV_INT plainRun( const QV_CHAR *chs, QV_INT length )
 {
-    auto isSpecial = []( QV_CHAR ch ) {
-        bool special = ( ch == '"' ) | ( ch == '\\' ) | ( ch < 0x20 ) | ( ch - 0x7F < 0x21 );
+    auto isSpecial = []( auto ch ) {
+        auto special = ( ch == '"' ) | ( ch == '\\' ) | ( ch < 0x20u ) | ( ch - 0x7Fu < 0x21u );
         if constexpr ( breaks )
-            special |= ( ch | 1 ) == 0x2029;
-        return special;
+            return special | ( ( ch | 1u ) == 0x2029u );
+        else
+            return special;
     };
-    QV_INT count = 0;
-    // Whole blocks at a time, which the compiler turns into vector code.
-    constexpr QV_INT block = 8;
-    for ( ; count + block <= length; count += block )
-    {
-        bool special = false;
-        for ( QV_INT idx = 0; idx < block; idx++ )
-        {
-            special |= isSpecial( chs[count + idx] );
-        }
-        if ( special )
-            break;
-    }
+    QV_INT count = skipUnmarked( chs, length, isSpecial );
     while ( count < length && !isSpecial( chs[count] ) )
     {
         count++;

@@ -2,6 +2,7 @@
 
 #include <qv/base/qv_flagset.hh>
 #include <qv/base/qv_string.h>
+#include <qv/sys/qv_block.hh>
 
 constinit QV_FLAGSET *qv___NlfFlagsFlagset = nullptr;
 
@@ -79,30 +80,43 @@ Match match( const unsigned char *bytes, QV_INT length, QV_NLF_FLAGS flags )
     return bytes[2] == 0xA9 ? matchIf( flags, QV_NLF_FLAG_PS, 3 ) : noMatch;
 }
 
-bool mayStart( QV_CHAR ch )
+// Whether a new-line of any form can start with a character or byte; likewise for blocks of them.
+template <typename CHARS> auto mayStart( CHARS ch )
 {
     return ( ch - 0x0A <= 3 ) | ( ch == 0x85 ) | ( ( ch & ~1u ) == 0x2028 );
 }
 
-bool mayStart( unsigned char byte )
+template <typename BYTES> auto mayStartUtf8( BYTES byte )
 {
-    return ( static_cast<unsigned char>( byte - 0x0A ) <= 3 ) | ( byte == 0xC2 ) | ( byte == 0xE2 );
+    return ( byte - 0x0A <= 3 ) | ( byte == 0xC2 ) | ( byte == 0xE2 );
 }
 
-// Steps over whole blocks in which no new-line of any form can start.
-template <typename UNIT> QV_INT skipPlainBlocks( const UNIT *units, QV_INT length )
+// Steps over whole blocks in which no new-line can start: none of the flags' for the usual ones, else none of any form.
+QV_INT skipPlainBlocks( const QV_CHAR *chs, QV_INT length, QV_NLF_FLAGS flags )
 {
-    constexpr QV_INT block = 64 / sizeof( UNIT );
-    QV_INT idx = 0;
-    for ( ; length - idx >= block; idx += block )
-    {
-        UNIT any = 0;
-        for ( QV_INT place = 0; place < block; place++ )
-            any |= mayStart( units[idx + place] );
-        if ( any )
-            break;
-    }
-    return idx;
+    if ( flags == QV_NLF_FLAG_LF )
+        return qv::skipUnmarked( chs, length, []( auto block ) { return block == 0x0A; } );
+    if ( !( flags & ~( QV_NLF_FLAG_LF | QV_NLF_FLAG_CR | QV_NLF_FLAG_CRLF ) ) )
+        return qv::skipUnmarked( chs, length,
+                                 []( auto block ) { return ( block == 0x0A ) | ( block == 0x0D ); } );
+    return qv::skipUnmarked( chs, length, []( auto block ) { return mayStart( block ); } );
+}
+
+QV_INT skipPlainBlocks( const unsigned char *bytes, QV_INT length, QV_NLF_FLAGS flags )
+{
+    if ( flags == QV_NLF_FLAG_LF )
+        return qv::skipUnmarked( bytes, length, []( auto block ) { return block == 0x0A; } );
+    return qv::skipUnmarked( bytes, length, []( auto block ) { return mayStartUtf8( block ); } );
+}
+
+bool mayStartNlf( QV_CHAR ch )
+{
+    return mayStart( ch );
+}
+
+bool mayStartNlf( unsigned char byte )
+{
+    return byte - 0x0Au <= 3 || byte == 0xC2 || byte == 0xE2;
 }
 
 template <typename UNIT>
@@ -120,10 +134,10 @@ template <typename UNIT> QV_INT skipNonNlf( const UNIT *units, QV_INT length, QV
 {
     QV_CHECK( length >= 0 );
     QV_CHECK( units || length == 0 );
-    QV_INT idx = skipPlainBlocks( units, length );
+    QV_INT idx = skipPlainBlocks( units, length, flags );
     for ( ; idx < length; idx++ )
     {
-        if ( mayStart( units[idx] ) && match( units + idx, length - idx, flags ).length > 0 )
+        if ( mayStartNlf( units[idx] ) && match( units + idx, length - idx, flags ).length > 0 )
             return idx;
     }
     return length;

@@ -3,6 +3,7 @@
 #include <string.h>
 #include <wchar.h>
 
+#include <qv/sys/qv_block.hh>
 #include <qv/sys/qv_check.hh>
 
 namespace
@@ -192,12 +193,12 @@ QV_INT decodeSequence( Writer<QV_CHAR> *out, const unsigned char *src, QV_INT sr
 QV_BOOL qvCharsAllOk( const QV_CHAR *src, QV_INT srcLength )
 {
     checkSpans( nullptr, 0, src, srcLength );
-    QV_CHAR bad = 0;
-    for ( QV_INT idx = 0; idx < srcLength; idx++ )
+    QV_INT idx = qv::skipUnmarked( src, srcLength, []( auto chs ) { return chs > QV_CHAR_MAX; } );
+    while ( idx < srcLength && QV_CHAR_OK( src[idx] ) )
     {
-        bad |= src[idx] > QV_CHAR_MAX;
+        idx++;
     }
-    return !bad;
+    return idx == srcLength;
 }
 
 QV_INT qvCharsSanitize( QV_CHAR *dest, QV_INT destLength, const QV_CHAR *src, QV_INT srcLength )
