@@ -223,7 +223,8 @@ bool runCommand( Tool &tool, const Command &command, QV_VECTOR *argv )
     else if ( arguments.operands.size() < command.least )
         tool.usage( std::string( "missing argument, expected: " ) + command.operands );
     else if ( arguments.operands.size() > command.most )
-        tool.usage( "too many arguments, expected: " + std::string( command.operands ) );
+        tool.usage( *command.operands ? std::string( "too many arguments, expected: " ) + command.operands
+                                      : "no arguments are taken" );
     else
         command.run( tool, arguments );
     return tool.status == statusGood;

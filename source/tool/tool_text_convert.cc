@@ -1,15 +1,16 @@
-// qv text convert: a stream of pieces, each a run of whole lines, so that texts of any length pass in little memory.
+// qv text convert: a stream of pieces, so that texts of any length pass in little memory.
 
 #include "tool.hh"
 
 #include <qv/charset/qv_charset.h>
 #include <qv/io/qv_nlf_flags.h>
+#include <qv/io/qv_stream_author.h>
 #include <qv/unicode/qv_unicode_normalizer.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <qv/io/qv_stream_author.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -188,15 +189,72 @@ bool isNewLine( QV_CHAR ch )
     return ch == '\n' || ch == '\r' || ch == 0x85 || ch == 0x2028 || ch == 0x2029;
 }
 
-// Behind the last new-line of the piece; 0 if there is none. A carriage return at the very end may wait for its line feed.
-QV_INT wholeLines( QV_STRING *text )
+bool isHighSurrogate( QV_CHAR ch )
+{
+    return ch >= 0xD800 && ch <= 0xDBFF;
+}
+
+bool isLowSurrogate( QV_CHAR ch )
+{
+    return ch >= 0xDC00 && ch <= 0xDFFF;
+}
+
+// A high surrogate at the very end may wait for its low one.
+QV_INT wholePairs( QV_STRING *text )
+{
+    QV_INT length = qvStringLength( text );
+    return length > 0 && isHighSurrogate( qvStringCharAt( text, length - 1 ) ) ? length - 1 : length;
+}
+
+bool hasSurrogate( QV_STRING *text )
+{
+    const QV_CHAR *chs = qvStringBacking( text );
+    return std::any_of( chs, chs + qvStringLength( text ),
+                        []( QV_CHAR ch ) { return ( ch & 0xFFFFF800 ) == 0xD800; } );
+}
+
+// The first surrogate without its other half, or -1.
+QV_INT findLoneSurrogate( QV_STRING *text )
 {
     const QV_CHAR *chs = qvStringBacking( text );
     QV_INT length = qvStringLength( text );
-    QV_INT end = length > 0 && chs[length - 1] == '\r' ? length - 1 : length;
-    while ( end > 0 && !isNewLine( chs[end - 1] ) )
-        end--;
-    return end;
+    for ( QV_INT idx = 0; idx < length; idx++ )
+    {
+        if ( ( chs[idx] & 0xFFFFF800 ) != 0xD800 )
+            continue;
+        if ( !isHighSurrogate( chs[idx] ) || idx + 1 == length || !isLowSurrogate( chs[idx + 1] ) )
+            return idx;
+        idx++;
+    }
+    return -1;
+}
+
+// Sources of 16-bit units deliver the halves of pairs as they stand. Joined they are one character; a half on its own
+// is invalid, and is dropped or replaced.
+void joinPairs( String &text, bool drop )
+{
+    if ( !drop )
+    {
+        for ( QV_INT lone = findLoneSurrogate( text ); lone >= 0; lone = findLoneSurrogate( text ) )
+            qvStringSetCharAt( text.edit(), lone, 0xFFFD );
+    }
+    qvStringSanitize( text.edit() );
+}
+
+// Where a text may be cut before all of it is known: in front of an ASCII character, which joins nothing before it in
+// any normal form and whose case hangs on nothing before it, but not between carriage return and line feed. 0 if there is
+// no such place among the last characters.
+QV_INT safeCut( QV_STRING *text )
+{
+    const QV_CHAR *chs = qvStringBacking( text );
+    QV_INT length = qvStringLength( text );
+    QV_INT least = std::max<QV_INT>( 0, length - pieceChars );
+    for ( QV_INT cut = length - 1; cut > least; cut-- )
+    {
+        if ( chs[cut] < 0x80 && chs[cut] != '\n' )
+            return cut;
+    }
+    return 0;
 }
 
 void replaceNewLines( String &text, QV_STRING *newLine )
@@ -284,14 +342,16 @@ class Conversion
         Owner bytes = sourceOf( input );
         Owner source( qvCharsetCreateCharSource( bytes, plan.from, plan.invalid ) );
         Owner sink( qvCharsetCreateCharSink( output.sink(), plan.to, sinkFlags() ) );
-        // A piece that no step looks at needs no whole lines.
+        // Where no step looks at the text it may be cut anywhere.
         bool wholesale = plan.letters == Case::same && plan.form < 0 && !plan.newLine;
         String waiting( qvStringCreate() );
         while ( !qvCharSourceEnd( source ) )
         {
             qvCharSourceRead( source, waiting.edit(), pieceChars );
             bool last = qvCharSourceEnd( source );
-            QV_INT ready = last || wholesale ? qvStringLength( waiting ) : wholeLines( waiting );
+            QV_INT ready = last        ? qvStringLength( waiting )
+                           : wholesale ? wholePairs( waiting )
+                                       : safeCut( waiting );
             String piece( qvStringCreateFromLeading( waiting, ready ) );
             qvStringDelLeading( waiting.edit(), ready );
             if ( !pass( sink, piece ) )
@@ -314,14 +374,32 @@ class Conversion
 
     bool pass( QV_CHAR_SINK *sink, String &piece )
     {
-        if ( plan.invalid == QV_CHARSET_FLAG_ABORT_ON_INVALID_CHARACTER && !allFit( piece ) )
+        bool abort = plan.invalid == QV_CHARSET_FLAG_ABORT_ON_INVALID_CHARACTER;
+        if ( abort && !allPaired( piece ) )
             return false;
-        if ( plan.invalid == QV_CHARSET_FLAG_ABORT_ON_INVALID_CHARACTER )
+        if ( hasSurrogate( piece ) )
+            joinPairs( piece, plan.invalid == QV_CHARSET_FLAG_IGNORE_INVALID_CHARACTERS );
+        if ( abort && !allFit( piece ) )
+            return false;
+        if ( abort )
             position.pass( piece );
         applySteps( plan, piece );
         if ( qvCharSinkWrite( sink, piece ) )
             return true;
         return writeFailed();
+    }
+
+    bool allPaired( QV_STRING *piece )
+    {
+        QV_INT lone = findLoneSurrogate( piece );
+        if ( lone < 0 )
+            return true;
+        String before( qvStringCreateFromLeading( piece, lone ) );
+        joinPairs( before, true );
+        position.pass( before );
+        tool.error( position.in( name ),
+                    tool::codePoint( qvStringCharAt( piece, lone ) ) + ", half of a surrogate pair" );
+        return false;
     }
 
     // Names the first character of the piece that the charset lacks. The charsets of bytes compose before they encode,

@@ -241,6 +241,8 @@ void printText( Tool &tool, const std::string &name, QV_BUFFER *bytes, const Gue
                tool::textOf( String( qvCharsetToIanaName( guess.charset ) ) ) + "  (" + guess.reason + ")" );
     printFact( tool, "bytes", tool::grouped( qvBufferLength( bytes ) ) );
     String text( qvCharsetConvertBufferToString( guess.charset, bytes ) );
+    // Sources of 16-bit units deliver the halves of pairs as they stand.
+    qvStringSanitize( text.edit() );
     Census census = take( text, name );
     printFact( tool, "characters", tool::grouped( census.characters ) );
     printFact( tool, "lines", tool::grouped( census.lines ) );
