@@ -82,6 +82,48 @@ void reportFailure( tool::Tool &tool, QV_STORE_DECODE_RESULT *result, QV_BUFFER 
     tool.report( message );
 }
 
+// The text between the header's lines, and its place. The library tries all encodings on it and then can't say which
+// line is wrong; as standard text, which is what a header holds, it can.
+tool::Owner<QV_STORE_DECODE_RESULT> decodeHeaderText( QV_BUFFER *bytes, QV_LOCATION *file )
+{
+    std::string_view rest( reinterpret_cast<const char *>( qvBufferBacking( bytes ) ),
+                           static_cast<size_t>( qvBufferLength( bytes ) ) );
+    std::string text;
+    QV_INT separators = 0;
+    QV_INT lines = 0;
+    QV_INT first = 0;
+    while ( separators < 2 && !rest.empty() )
+    {
+        size_t length = std::min( rest.find( '\n' ), rest.size() - 1 ) + 1;
+        std::string_view line = rest.substr( 0, length );
+        rest.remove_prefix( length );
+        bool separator = line.find( "===" ) == line.find_first_not_of( " \t\xEF\xBB\xBF" ) && line.size() > 3;
+        if ( separator && ++separators == 1 )
+            first = lines + 2;
+        else if ( separators == 1 && lines >= first )
+            text += line;
+        lines++;
+    }
+    tool::Owner content( qvBufferCreateFromBytesCopy( reinterpret_cast<const unsigned char *>( text.data() ),
+                                                      static_cast<QV_INT>( text.size() ) ) );
+    tool::Owner place( qvLocationCreateWithLineOffsetAndColumn( file, first, -1 ) );
+    return decode( content, place, QV_STORE_ENCODING_HEADERLESS_STANDARD );
+}
+
+void reportHeader( tool::Tool &tool, QV_HEADER_DECODE_ERROR *failure, QV_BUFFER *bytes, QV_LOCATION *file )
+{
+    tool::Owner message( qvHeaderDecodeErrorToMessage( failure ) );
+    if ( qvHeaderDecodeErrorCode( failure ) == QV_HEADER_DECODE_ERROR_CODE_STORE &&
+         !qvMessageHasLocation( message ) )
+    {
+        tool::Owner result = decodeHeaderText( bytes, file );
+        if ( !qvStoreDecodeResultIsSuccess( result ) )
+            return reportFailure( tool, result, bytes, file );
+        qvMessageSetLocation( message.edit(), file );
+    }
+    tool.report( message );
+}
+
 // Comments are no part of a store. True if a line of the text begins with one.
 bool hasComments( QV_BUFFER *bytes )
 {
@@ -171,7 +213,7 @@ std::optional<DataFile> loadData( Tool &tool, const std::string &name, QV_STORE_
     Owner failure( qvHeaderDecodeResultError( headed ) );
     if ( failure && qvHeaderDecodeErrorCode( failure ) != QV_HEADER_DECODE_ERROR_CODE_HEADER_START )
     {
-        tool.report( Owner( qvHeaderDecodeErrorToMessage( failure ) ) );
+        reportHeader( tool, failure, file.bytes, place );
         return std::nullopt;
     }
     Owner<QV_BUFFER> rest;
