@@ -19,6 +19,7 @@
 #include <qv/exec/qv_exec_block.hh>
 #include <qv/exec/qv_thread.hh>
 #include <qv/exec/qv_thread_priority.hh>
+#include <qv/io/qv_header.hh>
 #include <qv/io/qv_message.hh>
 #include <qv/io/qv_nlf_flags.hh>
 #include <qv/io/qv_path.hh>
@@ -103,6 +104,7 @@ constexpr Component components[] = {
     QV___COMPONENT( PathFlags, Stop::inReverse ),
     QV___COMPONENT( PathDirectoryListFlags, Stop::inReverse ),
     QV___COMPONENT( Path, Stop::inReverse ),
+    QV___COMPONENT( HeaderDecodeErrorCode, Stop::inReverse ),
     QV___COMPONENT( MessageLevel, Stop::inReverse ),
     QV___COMPONENT( NlfFlags, Stop::inReverse ),
     QV___COMPONENT( ThreadPriority, Stop::inReverse ),

@@ -147,7 +147,9 @@ TEST( ToolSwitch, Runs )
             EXPECT_EQ( qvToolSwitchRunTool( switchOf( c.tools ), argv, out, &record ), c.result ) << name;
             EXPECT_EQ( record.ran, c.ran ) << name;
             if ( !refuseWrites )
+            {
                 EXPECT_EQ( record.messages, c.messages ) << name;
+            }
             EXPECT_EQ( qvVectorLength( argv ), static_cast<QV_INT>( c.argv.size() ) ) << name;
         }
     }
