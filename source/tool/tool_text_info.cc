@@ -32,14 +32,17 @@ struct Guess
 struct Mark
 {
     std::string_view bytes;
-    QV_CHARSET charset;
+    QV_CHARSET charset; // one that takes the mark for what it is
+    const char *order;
 };
 
 // The longer marks first: that of UTF-32 begins with that of UTF-16.
 constexpr Mark marks[] = {
-    { { "\xFF\xFE\0\0", 4 }, QV_CHARSET_UTF_32_LE }, { { "\0\0\xFE\xFF", 4 }, QV_CHARSET_UTF_32_BE },
-    { { "\xEF\xBB\xBF", 3 }, QV_CHARSET_UTF_8 },     { { "\xFF\xFE", 2 }, QV_CHARSET_UTF_16_LE },
-    { { "\xFE\xFF", 2 }, QV_CHARSET_UTF_16_BE },
+    { { "\xFF\xFE\0\0", 4 }, QV_CHARSET_UTF_32, ", little-endian" },
+    { { "\0\0\xFE\xFF", 4 }, QV_CHARSET_UTF_32, ", big-endian" },
+    { { "\xEF\xBB\xBF", 3 }, QV_CHARSET_UTF_8, "" },
+    { { "\xFF\xFE", 2 }, QV_CHARSET_UTF_16, ", little-endian" },
+    { { "\xFE\xFF", 2 }, QV_CHARSET_UTF_16, ", big-endian" },
 };
 
 bool isValid( QV_BUFFER *bytes, QV_CHARSET charset )
@@ -75,7 +78,7 @@ Guess guessCharset( QV_BUFFER *buffer )
     for ( const Mark &mark : marks )
     {
         if ( bytes.starts_with( mark.bytes ) )
-            return { mark.charset, "by its byte order mark" };
+            return { mark.charset, std::string( "by its byte order mark" ) + mark.order };
     }
     if ( std::optional<QV_CHARSET> wide = wideCharset( bytes ); wide && isValid( buffer, *wide ) )
         return { *wide, "by its zero bytes" };
