@@ -61,13 +61,16 @@ struct Slab
 constexpr size_t slabHeadSize = 128;
 static_assert( sizeof( Slab ) <= slabHeadSize );
 
-// The blocks at hand of one thread, in the order of their classes. Registered ones stand in a list.
+// The blocks at hand of one thread, in the order of their classes. Registered stocks stand in a list.
 struct Stock
 {
     struct Shelf
     {
-        Block *first;
+        Block *first; // blocks that were in use
         QV_INT count;
+        char
+            *fresh; // a run of blocks that weren't, so that nothing has to touch them before their records do
+        char *freshEnd;
     };
 
     Shelf shelves[classCount];
@@ -91,7 +94,9 @@ struct Pool
 
 constinit Pool pool = {};
 
-__attribute__( ( tls_model( "initial-exec" ) ) ) constinit thread_local Stock stock = {};
+// The thread's stock, null until its first record and at its end. No more than a pointer, since a library that a host loads
+// late gets little room of this kind.
+__attribute__( ( tls_model( "initial-exec" ) ) ) constinit thread_local Stock *stock = nullptr;
 
 size_t classOf( QV_INT size )
 {
@@ -241,18 +246,29 @@ bool isFull( const Slab *slab )
     return !slab->free && slab->fresh + slab->blockSize > slabSize;
 }
 
-// Takes a block out of a slab that has one.
-Block *takeBlock( Slab *slab )
+// Takes up to count blocks out of a slab that has some, onto an empty shelf.
+void takeBlocks( Slab *slab, Stock::Shelf *shelf, QV_INT count )
 {
-    slab->used++;
-    if ( Block *block = slab->free )
+    if ( !slab->free )
     {
-        slab->free = block->next;
-        return block;
+        auto room = static_cast<QV_INT>( ( slabSize - slab->fresh ) / slab->blockSize );
+        auto taken = static_cast<uint32_t>( count < room ? count : room );
+        shelf->fresh = reinterpret_cast<char *>( slab ) + slab->fresh;
+        shelf->freshEnd = shelf->fresh + taken * slab->blockSize;
+        slab->fresh += taken * slab->blockSize;
+        slab->used += taken;
+        return;
     }
-    auto *block = reinterpret_cast<Block *>( reinterpret_cast<char *>( slab ) + slab->fresh );
-    slab->fresh += slab->blockSize;
-    return block;
+    Block *last = nullptr;
+    shelf->first = slab->free;
+    while ( slab->free && shelf->count < count )
+    {
+        last = slab->free;
+        slab->free = last->next;
+        slab->used++;
+        shelf->count++;
+    }
+    last->next = nullptr;
 }
 
 void giveBlock( Block *block, size_t index )
@@ -287,6 +303,11 @@ void retireStock( Stock *owner )
     for ( size_t index = 0; index < classCount; index++ )
     {
         emptyShelf( owner, index, 0 );
+        Stock::Shelf *shelf = &owner->shelves[index];
+        for ( ; shelf->fresh < shelf->freshEnd; shelf->fresh += ( index + 1 ) * grain )
+        {
+            giveBlock( reinterpret_cast<Block *>( shelf->fresh ), index );
+        }
     }
     ( owner->previous ? owner->previous->next : pool.stocks ) = owner->next;
     if ( owner->next )
@@ -294,53 +315,64 @@ void retireStock( Stock *owner )
     owner->isRegistered = false;
 }
 
-// Records that are freed still later on the ending thread register its stock again, and this is called again.
+// Records that are freed still later on the ending thread make a new stock, and this is called again.
 void retireAtEndOfThread( void *owner )
 {
     qv___LockAcquire( &pool.lock );
     retireStock( static_cast<Stock *>( owner ) );
     qv___LockRelease( &pool.lock );
+    stock = nullptr;
+    qvMemFree( owner );
 }
 
-void registerStock( Stock *owner )
+// Puts the thread's stock into the list; the lock is held. A stock that outlived a shutdown comes back here.
+void registerStock()
 {
-    QV_CHECK( pthread_setspecific( pool.endOfThread, owner ) == 0 );
-    owner->previous = nullptr;
-    owner->next = pool.stocks;
-    if ( owner->next )
-        owner->next->previous = owner;
-    pool.stocks = owner;
-    owner->isRegistered = true;
+    if ( stock->isRegistered )
+        return;
+    QV_CHECK( pthread_setspecific( pool.endOfThread, stock ) == 0 );
+    stock->previous = nullptr;
+    stock->next = pool.stocks;
+    if ( stock->next )
+        stock->next->previous = stock;
+    pool.stocks = stock;
+    stock->isRegistered = true;
 }
 
-// Fetches a batch of blocks, in the order of their addresses.
+[[gnu::noinline]] Stock *createStock()
+{
+    stock = static_cast<Stock *>( qvMemAlloc( sizeof( Stock ) ) );
+    *stock = {};
+    qv___LockAcquire( &pool.lock );
+    registerStock();
+    qv___LockRelease( &pool.lock );
+    return stock;
+}
+
+inline Stock::Shelf *shelfOf( size_t index )
+{
+    Stock *own = stock;
+    if ( __builtin_expect( !own, false ) )
+        own = createStock();
+    return &own->shelves[index];
+}
+
 [[gnu::noinline]] void fillShelf( size_t index )
 {
     qv___LockAcquire( &pool.lock );
-    if ( !stock.isRegistered )
-        registerStock( &stock );
-    Stock::Shelf *shelf = &stock.shelves[index];
-    Block **end = &shelf->first;
-    QV_INT batch = batchOf( index );
-    for ( QV_INT count = 0; count < batch; count++ )
-    {
-        Slab *slab = pool.listed[index] ? pool.listed[index] : addSlab( index );
-        *end = takeBlock( slab );
-        end = &( *end )->next;
-        if ( isFull( slab ) )
-            unlist( slab, index );
-    }
-    *end = nullptr;
-    shelf->count = batch;
+    registerStock();
+    Slab *slab = pool.listed[index] ? pool.listed[index] : addSlab( index );
+    takeBlocks( slab, &stock->shelves[index], batchOf( index ) );
+    if ( isFull( slab ) )
+        unlist( slab, index );
     qv___LockRelease( &pool.lock );
 }
 
 [[gnu::noinline]] void relieveShelf( size_t index )
 {
     qv___LockAcquire( &pool.lock );
-    if ( !stock.isRegistered )
-        registerStock( &stock );
-    emptyShelf( &stock, index, batchOf( index ) );
+    registerStock();
+    emptyShelf( stock, index, batchOf( index ) );
     qv___LockRelease( &pool.lock );
 }
 
@@ -366,6 +398,11 @@ void qv___RecordPoolShutdown()
     {
         retireStock( pool.stocks );
     }
+    if ( stock )
+    {
+        qvMemFree( stock );
+        stock = nullptr;
+    }
     for ( Slab *chunk = pool.chunks; chunk; )
     {
         Slab *next = chunk->nextChunk;
@@ -384,12 +421,17 @@ void *qv::recordAlloc( QV_INT size )
     if ( !isPooled( size ) )
         return qvMemAlloc( size );
     size_t index = classOf( size );
-    Stock::Shelf *shelf = &stock.shelves[index];
-    if ( __builtin_expect( shelf->count == 0, false ) )
+    Stock::Shelf *shelf = shelfOf( index );
+    if ( !shelf->first && shelf->fresh == shelf->freshEnd )
         fillShelf( index );
-    Block *block = shelf->first;
-    shelf->first = block->next;
-    shelf->count--;
+    if ( Block *block = shelf->first )
+    {
+        shelf->first = block->next;
+        shelf->count--;
+        return block;
+    }
+    char *block = shelf->fresh;
+    shelf->fresh += ( index + 1 ) * grain;
     return block;
 }
 
@@ -401,7 +443,7 @@ void qv::recordFree( void *record, QV_INT size )
         return;
     }
     size_t index = classOf( size );
-    Stock::Shelf *shelf = &stock.shelves[index];
+    Stock::Shelf *shelf = shelfOf( index );
     auto *block = static_cast<Block *>( record );
     block->next = shelf->first;
     shelf->first = block;
