@@ -111,6 +111,27 @@ TEST( RecordPool, OtherThreadsGiveBlocksBack )
 }
 
 // A peak goes back to the system for the most part.
+// What a thread holds at its end goes back, also if it never took a block itself.
+TEST( RecordPool, ThreadsThatOnlyGiveLoseNothing )
+{
+    constexpr QV_INT size = 1000;
+    QV_INT before = 0;
+    for ( int round = 0; round < 3000; round++ )
+    {
+        void *records[] = { qv::recordAlloc( size ), qv::recordAlloc( size ), qv::recordAlloc( size ) };
+        std::thread giver(
+            [&]
+            {
+                for ( void *record : records )
+                    qv::recordFree( record, size );
+            } );
+        giver.join();
+        if ( round == 100 )
+            before = qv::recordPoolSize();
+    }
+    EXPECT_EQ( before, qv::recordPoolSize() );
+}
+
 TEST( RecordPool, PeakGoesBack )
 {
     std::vector<Filled> blocks;
