@@ -68,6 +68,11 @@
 #include <qv/io/qv_stream_author.h>
 #include <qv/io/qv_string_char_sink.h>
 #include <qv/io/qv_string_char_source.h>
+#include <qv/json/qv_json_decode.h>
+#include <qv/json/qv_json_encode.h>
+#include <qv/json/qv_json_options.h>
+#include <qv/json/qv_json_store.h>
+#include <qv/json/qv_json_value.h>
 #include <qv/runtime/qv_author.h>
 #include <qv/runtime/qv_handles.h>
 #include <qv/runtime/qv_module.h>

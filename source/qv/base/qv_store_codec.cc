@@ -1,5 +1,6 @@
 #include <qv/base/qv_store_encoding.hh>
 #include <qv/base/qv_store_standard.hh>
+#include <qv/json/qv_json_store.hh>
 
 namespace
 {
@@ -8,6 +9,8 @@ namespace
 constexpr qv::StoreCodec codecs[] = {
     { QV_STORE_ENCODING_HEADERLESS_STANDARD, qv___StoreEncodeStandard, qv::decodeStoreStandard, nullptr,
       nullptr },
+    { QV_STORE_ENCODING_HEADERLESS_JSON, qv::encodeStoreJson, qv::decodeStoreJson, qv::jsonErrorLocation,
+      qv::jsonErrorToMessage },
 };
 
 } // namespace

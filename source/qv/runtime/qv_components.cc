@@ -24,6 +24,8 @@
 #include <qv/io/qv_nlf_flags.hh>
 #include <qv/io/qv_path.hh>
 #include <qv/io/qv_path_directory.hh>
+#include <qv/json/qv_json_options.hh>
+#include <qv/json/qv_json_value.hh>
 #include <qv/runtime/qv_obj.hh>
 #include <qv/runtime/qv_version.hh>
 #include <qv/sys/qv_mem.hh>
@@ -107,6 +109,10 @@ constexpr Component components[] = {
     QV___COMPONENT( HeaderDecodeErrorCode, Stop::inReverse ),
     QV___COMPONENT( MessageLevel, Stop::inReverse ),
     QV___COMPONENT( NlfFlags, Stop::inReverse ),
+    QV___COMPONENT( JsonFlags, Stop::inReverse ),
+    QV___COMPONENT( JsonType, Stop::inReverse ),
+    QV___COMPONENT( JsonValue, Stop::inReverse ),
+    QV___COMPONENT( JsonOptions, Stop::inReverse ),
     QV___COMPONENT( ThreadPriority, Stop::inReverse ),
     QV___COMPONENT( Thread, Stop::inReverse ),
 };

@@ -60,6 +60,9 @@
 #include <qv/io/qv_store_header.h>
 #include <qv/io/qv_string_char_sink.h>
 #include <qv/io/qv_string_char_source.h>
+#include <qv/json/qv_json_decode.h>
+#include <qv/json/qv_json_options.h>
+#include <qv/json/qv_json_value.h>
 #include <qv/runtime/qv_module.h>
 #include <qv/runtime/qv_module_version.h>
 #include <qv/runtime/qv_sort.h>
@@ -131,6 +134,10 @@ const Row rows[] = {
     ROW( QV_HEADER_DECODE_RESULT, qvHeaderDecodeResult, free ),
     ROW( QV_HEADER_INFO, qvHeaderInfo, free ),
     ROW( QV_IDENTIFIER, qvIdentifier, free | compare | toString ),
+    ROW( QV_JSON_DECODE_ERROR, qvJsonDecodeError, free ),
+    ROW( QV_JSON_DECODE_RESULT, qvJsonDecodeResult, free ),
+    ROW( QV_JSON_OPTIONS, qvJsonOptions, free ),
+    ROW( QV_JSON_VALUE, qvJsonValue, free ),
     ROW( QV_LINE_SINK, qvLineSink, free ),
     ROW( QV_LINE_SOURCE, qvLineSource, free ),
     ROW( QV_LOCATION, qvLocation, free | toString ),

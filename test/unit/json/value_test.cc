@@ -1,0 +1,368 @@
+// JSON values: the grammar of numbers and their readings, edits with copy-on-write, depth.
+
+#include "json/support.hh"
+#include "support/small_stack.hh"
+
+#include <cmath>
+#include <cstring>
+
+using qv::Local;
+using test::Json;
+using test::json;
+using test::packed;
+using test::takeUtf8;
+using test::text;
+
+namespace
+{
+
+struct NumberCase
+{
+    const char *text;
+    QV_INT length; // of the number at the start
+};
+
+constexpr NumberCase numberCases[] = {
+    { "", 0 },         { "0", 1 },        { "-0", 2 },    { "10", 2 },
+    { "1.5e+3", 6 },   { "1E2", 3 },      { "01", 1 },    { "+1", 0 },
+    { "1.", 1 },       { ".5", 0 },       { "1e", 1 },    { "-", 0 },
+    { "--1", 0 },      { "-01", 2 },      { "1.e3", 1 },  { "1.0e", 3 },
+    { "1e+", 1 },      { "1e-", 1 },      { "1e-7", 4 },  { "0e0", 3 },
+    { "0.0", 3 },      { "0.00e-00", 8 }, { "1 ", 1 },    { "1,5", 1 },
+    { "9a", 1 },       { "1.5.5", 3 },    { "1e5e5", 3 }, { "1e5.5", 3 },
+    { "0x10", 1 },     { "1F5", 1 },      { "-1.25", 5 }, { "1_000", 1 },
+    { "Infinity", 0 }, { "NaN", 0 },      { "1.e", 1 },   { "12345678901234567890", 20 },
+};
+
+TEST( JsonValue, NumberGrammar )
+{
+    for ( const NumberCase &row : numberCases )
+    {
+        Local<QV_STRING> string = text( row.text );
+        EXPECT_EQ( qv___JsonSkipNumber( qvStringBacking( string ), qvStringLength( string ) ), row.length )
+            << row.text;
+        EXPECT_EQ( qvJsonValidateNumber( string ), row.length > 0 && row.length == qvStringLength( string ) )
+            << row.text;
+    }
+    EXPECT_FALSE( qvJsonValidateNumber( text( U"1\u0661" ) ) );
+}
+
+struct ReadingCase
+{
+    const char *text;
+    bool isInt;
+    QV_INT integer;
+    bool isReal;
+    double real;
+};
+
+TEST( JsonValue, ReadingsOfNumbers )
+{
+    const ReadingCase cases[] = {
+        { "17", true, 17, true, 17 },
+        { "-0", true, 0, true, 0 },
+        { "1.5", false, 0, true, 1.5 },
+        { "-2.25", false, 0, true, -2.25 },
+        { "1e3", false, 0, false, 0 },
+        { "1.5E-3", false, 0, false, 0 },
+        { "999999999999999", true, 999999999999999, true, 999999999999999.0 },
+        { "-1000000000000000", true, -1000000000000000, true, -1e15 },
+        { "9223372036854775807", true, QV_INT_MAX, true, 9223372036854775807.0 },
+        { "-9223372036854775808", true, QV_INT_MIN, true, -9223372036854775808.0 },
+        { "9223372036854775808", false, 0, true, 9223372036854775808.0 },
+        { "123456789012345678901234567890.5", false, 0, true, 123456789012345678901234567890.5 },
+    };
+    for ( const ReadingCase &row : cases )
+    {
+        for ( bool decoded : { false, true } )
+        {
+            Json val = decoded ? json( row.text ) : Json( qvJsonValueCreateNumber( text( row.text ) ) );
+            ASSERT_EQ( qvJsonValueType( val ), QV_JSON_TYPE_NUMBER );
+            EXPECT_EQ( takeUtf8( qvJsonValueNumber( val ) ), row.text );
+            ASSERT_EQ( qvJsonValueIsInt( val ), row.isInt ) << row.text;
+            ASSERT_EQ( qvJsonValueIsReal( val ), row.isReal ) << row.text;
+            if ( row.isInt )
+            {
+                EXPECT_EQ( qvJsonValueInt( val ), row.integer );
+            }
+            if ( row.isReal )
+            {
+                EXPECT_DOUBLE_EQ( qvJsonValueReal( val ), row.real );
+            }
+            Json copy( qvJsonValueCreateFrom( val ) );
+            EXPECT_EQ( packed( copy ), row.text );
+        }
+    }
+}
+
+TEST( JsonValue, FewDigitsReadLikeTheScans )
+{
+    test::RandomJson random( 1 );
+    for ( int round = 0; round < 20000; round++ )
+    {
+        std::string number = random.number();
+        Local<QV_STRING> string = text( number );
+        Json val( qvJsonValueCreateNumber( string ) );
+        QV_INT integer = 0;
+        double real = 0;
+        QV_INT consumed = 0;
+        bool isInt =
+            qvStringScanInt( string, 0, -1, 10, &integer, &consumed ) && consumed == qvStringLength( string );
+        ASSERT_EQ( qvJsonValueIsInt( val ), isInt ) << number;
+        if ( isInt )
+        {
+            ASSERT_EQ( qvJsonValueInt( val ), integer );
+        }
+        bool isReal =
+            qvStringScanReal( string, 0, -1, 10, &real, &consumed ) && consumed == qvStringLength( string );
+        ASSERT_EQ( qvJsonValueIsReal( val ), isReal ) << number;
+        if ( isReal )
+        {
+            ASSERT_EQ( qvJsonValueReal( val ), real ) << number;
+        }
+        ASSERT_EQ( takeUtf8( qvJsonValueNumber( val ) ), number );
+    }
+}
+
+TEST( JsonValue, NumbersFromIntegersAndReals )
+{
+    for ( QV_INT value : { QV_INT( 0 ), QV_INT( -1 ), QV_INT( 42 ), QV_INT_MAX, QV_INT_MIN } )
+    {
+        Json val( qvJsonValueCreateInt( value ) );
+        EXPECT_EQ( takeUtf8( qvJsonValueNumber( val ) ), std::to_string( value ) );
+        EXPECT_EQ( qvJsonValueInt( val ), value );
+        EXPECT_FALSE( qvJsonValueIsReal( val ) );
+    }
+    const std::pair<double, const char *> reals[] = {
+        { 0.25, "0.250000" }, { 1.5, "1.500000" },       { 0.0000001, "0.000000" },
+        { -3, "-3.000000" },  { 0.9999999, "0.999999" },
+    };
+    for ( auto [value, expected] : reals )
+    {
+        Json val( qvJsonValueCreateReal( value ) );
+        EXPECT_EQ( takeUtf8( qvJsonValueNumber( val ) ), expected );
+        EXPECT_EQ( qvJsonValueReal( val ), value );
+        EXPECT_FALSE( qvJsonValueIsInt( val ) );
+    }
+    // Whatever its size, a finite real gives a number.
+    std::mt19937_64 random( 5 );
+    for ( int round = 0; round < 20000; round++ )
+    {
+        uint64_t bits = random();
+        double real;
+        std::memcpy( &real, &bits, sizeof( real ) );
+        if ( !std::isfinite( real ) )
+            continue;
+        Json val( qvJsonValueCreateReal( real ) );
+        Local<QV_STRING> digits( qvJsonValueNumber( val ) );
+        ASSERT_TRUE( qvJsonValidateNumber( digits ) ) << test::toUtf8( digits );
+    }
+}
+
+TEST( JsonValue, TypesAndNames )
+{
+    const std::pair<const char *, QV_JSON_TYPE> rows[] = {
+        { "null", QV_JSON_TYPE_NULL }, { "false", QV_JSON_TYPE_FALSE }, { "true", QV_JSON_TYPE_TRUE },
+        { "1", QV_JSON_TYPE_NUMBER },  { "\"\"", QV_JSON_TYPE_STRING }, { "{}", QV_JSON_TYPE_OBJECT },
+        { "[]", QV_JSON_TYPE_ARRAY },
+    };
+    for ( auto [content, type] : rows )
+    {
+        Json val = json( content );
+        ASSERT_TRUE( val );
+        EXPECT_EQ( qvJsonValueType( val ), type );
+        QV_BOOL tests[] = { qvJsonValueIsNull( val ),   qvJsonValueIsFalse( val ),
+                            qvJsonValueIsTrue( val ),   qvJsonValueIsNumber( val ),
+                            qvJsonValueIsString( val ), qvJsonValueIsObject( val ),
+                            qvJsonValueIsArray( val ) };
+        for ( QV_JSON_TYPE other = 0; QV_JSON_TYPE_OK( other ); other++ )
+        {
+            EXPECT_EQ( tests[other], other == type );
+        }
+        bool isBool = type == QV_JSON_TYPE_FALSE || type == QV_JSON_TYPE_TRUE;
+        EXPECT_EQ( qvJsonValueIsBool( val ), isBool );
+        if ( isBool )
+        {
+            EXPECT_EQ( qvJsonValueBool( val ), type == QV_JSON_TYPE_TRUE );
+        }
+        Local<QV_STRING> name( qvJsonTypeToString( type ) );
+        EXPECT_EQ( qvJsonTypeFromString( name ), type );
+    }
+    EXPECT_EQ( qvJsonTypeFromString( text( "QV_JSON_TYPE" ) ), -1 );
+    EXPECT_EQ( takeUtf8( qvJsonTypeToString( 6 ) ), "QV_JSON_TYPE_ARRAY" );
+    EXPECT_FALSE( QV_JSON_TYPE_OK( 7 ) );
+}
+
+TEST( JsonValue, SettersChangeTheTypeAndKeepTheLocation )
+{
+    Local<QV_LOCATION> location = test::location( 3, 4 );
+    for ( QV_JSON_TYPE before = 0; QV_JSON_TYPE_OK( before ); before++ )
+    {
+        for ( QV_JSON_TYPE after = 0; QV_JSON_TYPE_OK( after ); after++ )
+        {
+            const char *contents[] = { "null", "false", "true", "1.5", "\"x\"", "{\"a\":1}", "[1,2]" };
+            Json val = json( contents[before] );
+            qvJsonValueSetLocation( val.edit(), location );
+            Json shared = Json::share( val );
+            switch ( after )
+            {
+            case QV_JSON_TYPE_NULL:
+                qvJsonValueSetNull( val.edit() );
+                break;
+            case QV_JSON_TYPE_FALSE:
+                qvJsonValueSetFalse( val.edit() );
+                break;
+            case QV_JSON_TYPE_TRUE:
+                qvJsonValueSetBool( val.edit(), 7 );
+                break;
+            case QV_JSON_TYPE_NUMBER:
+                qvJsonValueSetNumber( val.edit(), text( "2e5" ) );
+                break;
+            case QV_JSON_TYPE_STRING:
+                qvJsonValueSetString( val.edit(), text( "2" ) );
+                break;
+            case QV_JSON_TYPE_OBJECT:
+                qvJsonValueSetObject( val.edit() );
+                break;
+            default:
+                qvJsonValueSetArray( val.edit() );
+            }
+            const char *results[] = { "null", "false", "true", "2e5", "\"2\"", "{}", "[]" };
+            EXPECT_EQ( packed( val ), results[after] );
+            EXPECT_EQ( qvJsonValueHasLocation( val ), after >= QV_JSON_TYPE_NUMBER );
+            EXPECT_FALSE( qvJsonValueIsInt( val ) || qvJsonValueIsReal( val ) );
+            EXPECT_EQ( packed( shared ), contents[before] );
+            EXPECT_TRUE( qvJsonValueHasLocation( shared ) );
+        }
+    }
+    Json null( qvJsonValueCreateNull() );
+    qvJsonValueSetLocation( null.edit(), location );
+    EXPECT_EQ( test::takeLocation( qvJsonValueLocation( null ) ), "3:4" );
+    qvJsonValueDelLocation( null.edit() );
+    EXPECT_FALSE( qvJsonValueHasLocation( null ) );
+    EXPECT_FALSE( qvJsonValueHasLocation( qv___JsonValueNull ) );
+}
+
+TEST( JsonValue, MembersStayOrderedAndUnique )
+{
+    Json object( qvJsonValueCreateObject() );
+    for ( const char *name : { "b", "", "a", "ab", "b" } )
+    {
+        Json member( qvJsonValueCreateInt( qvJsonValueObjectMembersLength( object ) ) );
+        qvJsonValueObjectSetMember( object.edit(), text( name ), member );
+    }
+    EXPECT_EQ( packed( object ), "{\"\":1,\"a\":2,\"ab\":3,\"b\":4}" );
+    Json shared = Json::share( object );
+    EXPECT_EQ( takeUtf8( qvJsonValueObjectMemberNameAt( object, 2 ) ), "ab" );
+    EXPECT_EQ( packed( Json( qvJsonValueObjectMemberValueAt( object, 3 ) ) ), "4" );
+    EXPECT_FALSE( Json( qvJsonValueObjectMember( object, text( "c" ) ) ) );
+    EXPECT_TRUE( qvJsonValueObjectHasMember( object, text( "" ) ) );
+    qvJsonValueObjectDelMember( object.edit(), text( "c" ) );
+    EXPECT_TRUE( qvJsonValueEquals( object, shared ) );
+    qvJsonValueObjectDelMember( object.edit(), text( "a" ) );
+    qvJsonValueObjectSetMemberValueAt( object.edit(), 0, qv___JsonValueTrue );
+    EXPECT_EQ( packed( object ), "{\"\":true,\"ab\":3,\"b\":4}" );
+    EXPECT_EQ( packed( shared ), "{\"\":1,\"a\":2,\"ab\":3,\"b\":4}" );
+
+    Local<QV_DICT> dict( qvJsonValueObjectMembersDict( shared ) );
+    qvJsonValueObjectSetMembersDict( object.edit(), dict );
+    EXPECT_EQ( packed( object ), packed( shared ) );
+    EXPECT_FALSE( qvJsonValueEquals( object, shared ) );
+
+    // A value put into itself holds what it was.
+    qvJsonValueObjectSetMember( object.edit(), text( "a" ), object );
+    EXPECT_EQ( packed( object ), "{\"\":1,\"a\":{\"\":1,\"a\":2,\"ab\":3,\"b\":4},\"ab\":3,\"b\":4}" );
+}
+
+TEST( JsonValue, ElementsAgainstAModel )
+{
+    std::mt19937 random( 7 );
+    for ( int round = 0; round < 40; round++ )
+    {
+        Json array( qvJsonValueCreateArray() );
+        std::vector<QV_INT> model;
+        for ( QV_INT step = 0; step < 120; step++ )
+        {
+            Json before = Json::share( array );
+            size_t length = model.size();
+            size_t at = length > 0 ? random() % length : 0;
+            Json val( qvJsonValueCreateInt( step ) );
+            switch ( length > 0 ? random() % 6 : random() % 3 )
+            {
+            case 0:
+                qvJsonValueArrayPrepend( array.edit(), val );
+                model.insert( model.begin(), step );
+                break;
+            case 1:
+                qvJsonValueArrayAppend( array.edit(), val );
+                model.push_back( step );
+                break;
+            case 2:
+            case 3:
+                qvJsonValueArrayInsert( array.edit(), static_cast<QV_INT>( at ), val );
+                model.insert( model.begin() + static_cast<long>( at ), step );
+                break;
+            case 4:
+                qvJsonValueArraySetAt( array.edit(), static_cast<QV_INT>( at ), val );
+                model[at] = step;
+                break;
+            default:
+                qvJsonValueArrayDelAt( array.edit(), static_cast<QV_INT>( at ) );
+                model.erase( model.begin() + static_cast<long>( at ) );
+            }
+            ASSERT_EQ( qvJsonValueArrayLength( array ), static_cast<QV_INT>( model.size() ) );
+            ASSERT_EQ( qvJsonValueArrayLength( before ), static_cast<QV_INT>( length ) );
+            for ( size_t idx = 0; idx < model.size(); idx++ )
+            {
+                Json item( qvJsonValueArrayAt( array, static_cast<QV_INT>( idx ) ) );
+                ASSERT_EQ( qvJsonValueInt( item ), model[idx] );
+            }
+        }
+        Json other( qvJsonValueCreateArray() );
+        Local<QV_VECTOR> items( qvJsonValueArrayVector( array ) );
+        qvJsonValueArraySetVector( other.edit(), items );
+        qvJsonValueArrayAppend( other.edit(), other );
+        EXPECT_EQ( qvJsonValueArrayLength( other ), qvJsonValueArrayLength( array ) + 1 );
+    }
+}
+
+TEST( JsonValue, DeepValuesNeedNoStack )
+{
+    bool done = test::runOnSmallStack( [] {
+        for ( bool objects : { false, true } )
+        {
+            Json val = test::nest( 1000000, objects );
+            Json copy( qvJsonValueCreateFrom( val ) );
+            EXPECT_NE( qvJsonValueCompare( val, copy ), 0 );
+            EXPECT_EQ( qvJsonValueCompare( val, val ), 0 );
+            EXPECT_FALSE( takeUtf8( qvJsonValueToString( val ) ).empty() );
+            std::string content = packed( val );
+            EXPECT_EQ( content.size(), objects ? 6000001u : 2000001u );
+            Json changed = Json::share( val );
+            qvJsonValueSetArray( changed.edit() );
+        }
+    } );
+    EXPECT_TRUE( done );
+}
+
+TEST( JsonValueDeathTest, FaultsOfCallers )
+{
+    Json number( qvJsonValueCreateNumber( text( "1e3" ) ) );
+    Json object( qvJsonValueCreateObject() );
+    Json array( qvJsonValueCreateArray() );
+    Local<QV_STRING> name = text( "a" );
+    EXPECT_DEATH( qvJsonValueCreateNumber( text( "01" ) ), "qvJsonValidateNumber\\( jsonNumber \\)" );
+    EXPECT_DEATH( qvJsonValueCreateReal( 1.0 / 0.0 ), "isfinite" );
+    EXPECT_DEATH( qvJsonValueInt( number ), "val->valueIsInt" );
+    EXPECT_DEATH( qvJsonValueReal( number ), "val->valueIsReal" );
+    EXPECT_DEATH( qvJsonValueString( number ), "val->type == tp" );
+    EXPECT_DEATH( qvJsonValueBool( number ), "QV_JSON_TYPE_TRUE" );
+    EXPECT_DEATH( qvJsonValueArrayLength( object ), "QV_JSON_TYPE_ARRAY" );
+    EXPECT_DEATH( qvJsonValueObjectMember( array, name ), "QV_JSON_TYPE_OBJECT" );
+    EXPECT_DEATH( qvJsonValueArraySetAt( array.edit(), 0, number ), "idx <" );
+    EXPECT_DEATH( qvJsonValueArrayInsert( array.edit(), 1, number ), "idx <=" );
+    Local<QV_VECTOR> vec( qvVectorCreateFromObj( qv::objOf<QV_STRING>( name ) ) );
+    EXPECT_DEATH( qvJsonValueArraySetVector( array.edit(), vec ), "qvVectorContainsOnly" );
+}
+
+} // namespace
