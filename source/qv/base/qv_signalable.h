@@ -14,9 +14,10 @@ typedef void ( *QV_SIGNALABLE_FUNC )( qvObj closure );
 
 QV_SORT_FUNCTIONS( QV_SIGNALABLE, qvSignalable )
 
-/* New targets, owned by the caller. Each keeps a reference to what it wakes: a barrier unblocked,
+/* New targets, owned by the caller. Each keeps a reference to what it wakes: a process is scheduled, a barrier unblocked,
  * the event (not null) written to the event queue, a signal asserted, an alert set, the function called with its closure
  * (which may be null). */
+QV_API QV_SIGNALABLE *qvSignalableCreateWithProcess( QV_PROCESS *process );
 QV_API QV_SIGNALABLE *qvSignalableCreateWithBarrier( QV_BARRIER *barrier );
 QV_API QV_SIGNALABLE *qvSignalableCreateWithEventQueue( QV_EVENT_QUEUE *eventQueue, qvObj event );
 QV_API QV_SIGNALABLE *qvSignalableCreateWithSignal( QV_SIGNAL *signal );

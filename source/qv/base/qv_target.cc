@@ -4,6 +4,7 @@
 #include <qv/base/qv_barrier.h>
 #include <qv/base/qv_event_queue.hh>
 #include <qv/base/qv_signal.h>
+#include <qv/exec/qv_process.h>
 
 namespace
 {
@@ -12,6 +13,7 @@ template <typename Imp> Imp *createImp( QV_SORT *sort )
 {
     Imp *imp = qv::create<Imp>( sort );
     qv___LockInitialize( &imp->lock );
+    imp->process = nullptr;
     imp->barrier = nullptr;
     imp->eventQueue = nullptr;
     imp->event = nullptr;
@@ -30,6 +32,7 @@ template <typename T> void drop( T **field )
 
 void dropTargets( qv___Target *target )
 {
+    drop( &target->process );
     drop( &target->barrier );
     drop( &target->eventQueue );
     drop( &target->event );
@@ -49,6 +52,12 @@ void finalize( qv___Target *target )
 {
     dropTargets( target );
     qv___LockFinalize( &target->lock );
+}
+
+void setProcess( qv___Target *target, QV_PROCESS *process )
+{
+    QV_CHECK( process );
+    target->process = qv::retained( process );
 }
 
 void setBarrier( qv___Target *target, QV_BARRIER *barrier )
@@ -139,7 +148,11 @@ void qv___TargetFire( qv___Target *target )
 {
     QV_CHECK( target );
     qv::Locked locked( &target->lock );
-    if ( target->barrier )
+    if ( target->process )
+    {
+        qvProcessSchedule( target->process );
+    }
+    else if ( target->barrier )
     {
         qvBarrierUnblock( target->barrier );
     }
@@ -185,6 +198,13 @@ void qv___SignalableSignal( QV_SIGNALABLE *sigb )
     qv___TargetFire( sigb->imp );
 }
 
+QV_ALERTABLE *qvAlertableCreateWithProcess( QV_PROCESS *process )
+{
+    QV_ALERTABLE *alb = createAlertable();
+    setProcess( alb->imp, process );
+    return alb;
+}
+
 QV_ALERTABLE *qvAlertableCreateWithBarrier( QV_BARRIER *barrier )
 {
     QV_ALERTABLE *alb = createAlertable();
@@ -218,6 +238,13 @@ QV_ALERTABLE *qvAlertableCreateWithSignalFunc( QV_ALERTABLE_FUNC func, qvObj clo
     QV_ALERTABLE *alb = createAlertable();
     setFunc( alb->imp, func, closure );
     return alb;
+}
+
+QV_SIGNALABLE *qvSignalableCreateWithProcess( QV_PROCESS *process )
+{
+    QV_SIGNALABLE *sigb = createSignalable();
+    setProcess( sigb->imp, process );
+    return sigb;
 }
 
 QV_SIGNALABLE *qvSignalableCreateWithBarrier( QV_BARRIER *barrier )

@@ -19,6 +19,7 @@ typedef void ( *qv___TargetFunc )( qvObj closure );
 struct qv___Target : qv___Obj
 {
     qv___Lock lock;
+    QV_PROCESS *process;
     QV_BARRIER *barrier;
     QV___EVENT_QUEUE_IMP *eventQueue;
     qvObj event; // set together with eventQueue

@@ -17,6 +17,11 @@
 #include <qv/base/qv_vector.hh>
 #include <qv/charset/qv_charset.hh>
 #include <qv/exec/qv_exec_block.hh>
+#include <qv/exec/qv_process_priority.hh>
+#include <qv/exec/qv_process_statistics_db.hh>
+#include <qv/exec/qv_process_statistics_flags.hh>
+#include <qv/exec/qv_process_system.hh>
+#include <qv/exec/qv_process_system_mode.hh>
 #include <qv/exec/qv_thread.hh>
 #include <qv/exec/qv_thread_priority.hh>
 #include <qv/io/qv_header.hh>
@@ -115,6 +120,11 @@ constexpr Component components[] = {
     QV___COMPONENT( JsonOptions, Stop::inReverse ),
     QV___COMPONENT( ThreadPriority, Stop::inReverse ),
     QV___COMPONENT( Thread, Stop::inReverse ),
+    QV___COMPONENT( ProcessSystemMode, Stop::inReverse ),
+    QV___COMPONENT( ProcessPriority, Stop::inReverse ),
+    QV___COMPONENT( ProcessStatisticsFlags, Stop::inReverse ),
+    QV___COMPONENT( ProcessStatisticsDb, Stop::inReverse ),
+    QV___COMPONENT( ProcessSystem, Stop::inReverse ),
 };
 
 #undef QV___COMPONENT

@@ -1,0 +1,56 @@
+#ifndef QV_EXEC_QV_PROCESS_HH
+#define QV_EXEC_QV_PROCESS_HH
+
+#include <qv/exec/qv_exec_block.hh>
+#include <qv/exec/qv_process.h>
+#include <qv/exec/qv_process_counts.hh>
+#include <qv/exec/qv_process_protocol.hh>
+#include <qv/runtime/qv_local.hh>
+#include <qv/sys/qv_atomic_bool.hh>
+
+// The prefixes say who may touch a field: fix is set at creation and never changes, ext is atomic and open to any thread,
+// int belongs to the thread that runs the process, stat is guarded by statLock. Invariant: intListItem is in a list only
+// while extScheduled is on, and the scheduler holds a reference all that time.
+struct qv___Process : qv___Obj
+{
+    qv___Lock
+        statLock; // for short copies, never while the function runs; nests inside nothing but the statistics
+    QV_PROCESS_DOMAIN *fixDomain;
+    QV_INT fixDomainToken;
+    bool fixTrailOptimization;
+    bool fixMaintainStatistics;
+    QV_STRING *fixName;
+    QV_IDENTIFIER *fixIdentifier;
+    QV_INT fixThreadHint;
+    qv::ProcessFlags<qv::AtomicBool> flags;
+    QV_SIGNAL *fixEndSignal;
+    QV_PROCESS_FUNC intFunc; // null after the end
+    qvObj intClosure;        // may be null; null after the end
+    qv___ExecListItem intListItem;
+    QV_INT statScheduled; // the time of the current request, -1 when there is none
+    QV_INT statStarted;   // the time of the current start, -1 when there is none
+    QV_INT statCreated;
+    qv___ExecProcessStats statTotal; // since creation
+    QV_INT statIntervalStart;
+    qv___ExecProcessStats statInterval; // since statIntervalStart
+};
+
+// The same as the public creators with a zero-terminated name.
+QV_PROCESS *qv___ProcessCreate( QV_PROCESS_PRIORITY priority, QV_PROCESS_FUNC func, qvObj closure,
+                                const char *name );
+QV_PROCESS *qv___ProcessCreateWithDomain( QV_PROCESS_DOMAIN *domain, QV_PROCESS_FUNC func, qvObj closure,
+                                          const char *name );
+
+// Waits for the end; not from inside a process.
+void qv___ProcessEndWait( QV_PROCESS *process );
+
+// True on a process thread.
+inline QV_BOOL qv___ProcessInProcess()
+{
+    return qv___exec_block.processDomainToken != QV___UNIQUE_INVALID;
+}
+
+// Runs or ends the process at the head of this thread's queue.
+void qv___ProcessExecute( QV_PROCESS *process );
+
+#endif
