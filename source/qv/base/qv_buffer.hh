@@ -60,7 +60,8 @@ void qv___BufferBitDelInner( QV_BUFFER **buf, QV___INT_UNSIGNED bitOffset, QV___
 namespace qv
 {
 
-// Ranges of bits in plain memory; bit 0 is the highest bit of the first byte. No byte outside the ranges is touched.
+// Ranges of bits in plain memory; bit 0 is the highest bit of the first byte. No byte outside the ranges is
+// touched.
 QV___INT_UNSIGNED bitsRead( const unsigned char *src, QV___INT_UNSIGNED srcBit, QV___INT_UNSIGNED bitCount );
 void bitsWrite( unsigned char *dest, QV___INT_UNSIGNED destBit, QV___INT_UNSIGNED value,
                 QV___INT_UNSIGNED bitCount );
@@ -103,7 +104,8 @@ struct BufferRoom
 // numbers.
 BufferRoom bufferPlanRoom( const QV_BUFFER *buf, QV___INT_UNSIGNED atBit, QV___INT_UNSIGNED bitCount );
 
-// Decides how much spare room goes back, false for none. The content is the tail; sizeBytes 0 frees the storage.
+// Decides how much spare room goes back, false for none. The content is the tail; sizeBytes 0 frees the
+// storage.
 bool bufferPlanCompaction( const QV_BUFFER *buf, BufferRoom *room );
 
 // A new record without storage.
@@ -186,7 +188,8 @@ inline void bufferCloseBack( QV_BUFFER *buf, QV___INT_UNSIGNED bitCount )
 
 } // namespace qv
 
-// Up to 64 bits; the first is the highest of the result. A word at a time wherever the storage reaches far enough.
+// Up to 64 bits; the first is the highest of the result. A word at a time wherever the storage reaches far
+// enough.
 inline QV___INT_UNSIGNED qv___BufferBitReadBits( const QV_BUFFER *buf, QV___INT_UNSIGNED bitIdx,
                                                  QV___INT_UNSIGNED bitCount )
 {

@@ -1,4 +1,5 @@
-// Deleting: at the ends only numbers change, between whole bytes the tail moves down, and everything else takes a new record.
+// Deleting: at the ends only numbers change, between whole bytes the tail moves down, and everything else
+// takes a new record.
 
 #include <qv/base/qv_buffer.hh>
 

@@ -1,5 +1,5 @@
-// Inserting, and as its special places prepending and appending: each form gives place and size in bits, and one core a kind
-// of object opens the gap and fills it.
+// Inserting, and as its special places prepending and appending: each form gives place and size in bits, and
+// one core a kind of object opens the gap and fills it.
 
 #include <qv/base/qv_buffer.hh>
 
@@ -47,12 +47,36 @@ void insertOuter( QV_BUFFER **buf, Bits bitIdx, QV_BUFFER *src, Bits bitOffset, 
     qv___BufferBitWriteOuter( dest, bitIdx, src, bitOffset, bitCount );
 }
 
-inline void insertBits( QV_BUFFER **buf, Bits bitIdx, QV_INT value, QV_INT bitCount )
+__attribute__( ( noinline ) ) void insertBits( QV_BUFFER **buf, Bits bitIdx, QV_INT value, QV_INT bitCount )
 {
     QV_CHECK( bitCount >= 0 );
     QV_CHECK( bitCount <= 64 );
     auto count = static_cast<Bits>( bitCount );
     qv___BufferBitWriteBits( openGap( buf, bitIdx, count ), bitIdx, static_cast<Bits>( value ), count );
+}
+
+// Bits come one small number at a time: with a word of free storage behind the content, one word is stored
+// and nothing else is called. Of the storage only the partial byte is read, for a word would wait for the one
+// stored just before.
+inline void appendBits( QV_BUFFER **buf, QV_INT value, QV_INT bitCount )
+{
+    QV_BUFFER *dest = *buf;
+    auto count = static_cast<Bits>( bitCount );
+    Bits at = dest->bitLength;
+    Bits shift = at & 7;
+    bool quick =
+        at > 0 && count - 1 < 64 - shift && dest->bitBspace >= 64 && !dest->ref && !qv::isShared( dest );
+    if ( __builtin_expect( !quick, 0 ) )
+    {
+        insertBits( buf, at, value, bitCount );
+        return;
+    }
+    dest->bitLength = at + count;
+    dest->bitBspace -= count;
+    unsigned char *first = dest->bytes + ( dest->bitFspace + at ) / 8;
+    Bits kept = static_cast<Bits>( *first ) << 56 & ~( UINT64_MAX >> shift );
+    Bits word = qv::bigEndian( kept | static_cast<Bits>( value ) << ( 64 - count ) >> shift );
+    std::memcpy( first, &word, 8 );
 }
 
 void insertByteRun( QV_BUFFER **buf, Bits bitIdx, unsigned char value, Bits bitCount )
@@ -389,12 +413,16 @@ void qvBufferBitAppendOuter( QV_BUFFER **buf, QV_BUFFER *src, QV_INT bitOffset, 
 
 void qvBufferAppendBits( QV_BUFFER **buf, QV_INT value, QV_INT bitCount )
 {
-    insertBits( buf, endOf( buf ), value, bitCount );
+    QV_CHECK( buf );
+    QV_CHECK( *buf );
+    appendBits( buf, value, bitCount );
 }
 
 void qvBufferBitAppendBits( QV_BUFFER **buf, QV_INT value, QV_INT bitCount )
 {
-    insertBits( buf, endOf( buf ), value, bitCount );
+    QV_CHECK( buf );
+    QV_CHECK( *buf );
+    appendBits( buf, value, bitCount );
 }
 
 void qvBufferAppendByte( QV_BUFFER **buf, unsigned char value )

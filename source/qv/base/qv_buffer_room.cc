@@ -1,5 +1,5 @@
-// Room for edits: where a gap opens, what moves for it, and when spare room goes back. The numbers are decided first, then the
-// storage is changed to them.
+// Room for edits: where a gap opens, what moves for it, and when spare room goes back. The numbers are
+// decided first, then the storage is changed to them.
 
 #include <qv/base/qv_buffer.hh>
 
@@ -223,7 +223,8 @@ void qv___BufferCompact( QV_BUFFER *buf )
 
     if ( room.sizeBytes > 0 )
     {
-        // The spare in front and behind together is larger than the new front spare: the move stays inside the storage.
+        // The spare in front and behind together is larger than the new front spare: the move stays inside
+        // the storage.
         qvMemMove( buf->bytes + room.tailTo, buf->bytes + room.tailFrom,
                    static_cast<QV_INT>( room.tailBytes ) );
         buf->bytes =

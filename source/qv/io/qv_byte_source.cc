@@ -87,8 +87,8 @@ QV_INT qvByteSourceRead( QV_BYTE_SOURCE *src, QV_BUFFER **dest, QV_INT maxByteCo
     QV_CHECK( *dest );
     QV_INT remaining = maximumOf( maxByteCount );
     QV_INT total = 0;
-    // The first request goes through the array, so that a short source leaves a short storage. From then on the requests
-    // grow with what has come, and go into the buffer itself.
+    // The first request goes through the array, so that a short source leaves a short storage. From then on
+    // the requests grow with what has come, and go into the buffer itself.
     while ( remaining > 0 && !src->end )
     {
         QV_INT request = total < src->maxChunk ? total : src->maxChunk;
