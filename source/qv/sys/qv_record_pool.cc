@@ -12,7 +12,13 @@
 #include <cstddef>
 
 // Whether the pool may work at all in this build.
-#if defined( QV_CHECKED ) || defined( __SANITIZE_ADDRESS__ ) || defined( __SANITIZE_THREAD__ )
+#if defined( __has_feature )
+#define QV___SANITIZED ( __has_feature( address_sanitizer ) || __has_feature( thread_sanitizer ) )
+#else
+#define QV___SANITIZED 0
+#endif
+#if defined( QV_CHECKED ) || defined( __SANITIZE_ADDRESS__ ) || defined( __SANITIZE_THREAD__ ) ||            \
+    QV___SANITIZED
 #define QV___RECORD_POOL 0
 #else
 #define QV___RECORD_POOL 1
@@ -68,8 +74,8 @@ struct Stock
     {
         Block *first; // blocks that were in use
         QV_INT count;
-        char
-            *fresh; // a run of blocks that weren't, so that nothing has to touch them before their records do
+        // A run of blocks that weren't, so that nothing has to touch them before their records do.
+        char *fresh;
         char *freshEnd;
     };
 
@@ -132,18 +138,21 @@ void *mapChunk()
     return chunk;
 }
 
-// The first chunk takes its pages as they are used. A pool that needs more than one is large: there a fault for each page
-// would cost more than the records, so each slab's pages come at once.
-void touchSlab( Slab *chunk, Slab *slab, uint32_t bit )
+// Lets the system bring all pages of a slab at once, as a fault for each would cost more than the records on it. Only slabs
+// that are asked for a second batch get that far: most sizes have few records.
+void touchRest( Slab *slab )
 {
+    auto *chunk = alignedDown<Slab>( slab, chunkSize );
+    auto place = ( reinterpret_cast<uintptr_t>( slab ) - reinterpret_cast<uintptr_t>( chunk ) ) / slabSize;
+    uint32_t bit = 1u << place;
     if ( !( chunk->untouchedSlabs & bit ) )
         return;
     chunk->untouchedSlabs &= ~bit;
 #ifdef MADV_POPULATE_WRITE
-    if ( pool.chunkCount > 1 )
-        madvise( slab, slabSize, MADV_POPULATE_WRITE );
-#else
-    (void)slab;
+    constexpr uint32_t page = 4096;
+    uint32_t begin = ( slab->fresh + page - 1 ) / page * page;
+    if ( begin < slabSize )
+        madvise( reinterpret_cast<char *>( slab ) + begin, slabSize - begin, MADV_POPULATE_WRITE );
 #endif
 }
 
@@ -215,7 +224,6 @@ Slab *addSlab( size_t index )
     chunk->freeSlabs &= chunk->freeSlabs - 1;
     auto *slab = reinterpret_cast<Slab *>( reinterpret_cast<char *>( chunk ) +
                                            static_cast<size_t>( place ) * slabSize );
-    touchSlab( chunk, slab, 1u << place );
     slab->free = nullptr;
     slab->blockSize = static_cast<uint32_t>( ( index + 1 ) * grain );
     slab->used = 0;
@@ -251,6 +259,8 @@ void takeBlocks( Slab *slab, Stock::Shelf *shelf, QV_INT count )
 {
     if ( !slab->free )
     {
+        if ( slab->fresh > slabHeadSize )
+            touchRest( slab );
         auto room = static_cast<QV_INT>( ( slabSize - slab->fresh ) / slab->blockSize );
         auto taken = static_cast<uint32_t>( count < room ? count : room );
         shelf->fresh = reinterpret_cast<char *>( slab ) + slab->fresh;
@@ -297,17 +307,35 @@ void emptyShelf( Stock *owner, size_t index, QV_INT keep )
     }
 }
 
+// Gives the blocks back that the thread has never used. They go untouched if no other thread has taken from behind them.
+void returnFresh( Stock::Shelf *shelf, size_t index )
+{
+    if ( shelf->fresh == shelf->freshEnd )
+        return;
+    auto *slab = alignedDown<Slab>( shelf->fresh, slabSize );
+    auto size = static_cast<uint32_t>( shelf->freshEnd - shelf->fresh );
+    bool isLast = shelf->freshEnd == reinterpret_cast<char *>( slab ) + slab->fresh;
+    if ( isLast && slab->used > size / slab->blockSize )
+    {
+        slab->fresh -= size;
+        slab->used -= size / slab->blockSize;
+        if ( !slab->isListed )
+            list( slab, index );
+        shelf->fresh = shelf->freshEnd;
+    }
+    for ( ; shelf->fresh < shelf->freshEnd; shelf->fresh += ( index + 1 ) * grain )
+    {
+        giveBlock( reinterpret_cast<Block *>( shelf->fresh ), index );
+    }
+}
+
 // Gives all blocks back; the lock is held.
 void retireStock( Stock *owner )
 {
     for ( size_t index = 0; index < classCount; index++ )
     {
+        returnFresh( &owner->shelves[index], index );
         emptyShelf( owner, index, 0 );
-        Stock::Shelf *shelf = &owner->shelves[index];
-        for ( ; shelf->fresh < shelf->freshEnd; shelf->fresh += ( index + 1 ) * grain )
-        {
-            giveBlock( reinterpret_cast<Block *>( shelf->fresh ), index );
-        }
     }
     ( owner->previous ? owner->previous->next : pool.stocks ) = owner->next;
     if ( owner->next )
