@@ -55,6 +55,7 @@
 #include <qv/exec/qv_process_system_options.h>
 #include <qv/exec/qv_thread.h>
 #include <qv/exec/qv_thread_priority.h>
+#include <qv/exec/qv_timer.h>
 #include <qv/io/qv_buffer_byte_sink.h>
 #include <qv/io/qv_buffer_byte_source.h>
 #include <qv/io/qv_byte_sink.h>

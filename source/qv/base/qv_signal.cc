@@ -2,6 +2,7 @@
 
 #include <qv/base/qv_alert.h>
 #include <qv/base/qv_barrier.h>
+#include <qv/base/qv_signal_protocol.hh>
 #include <qv/base/qv_target.hh>
 
 namespace
@@ -17,11 +18,6 @@ void qv___SignalFreeFunc( qvObj thisObj )
     thisSignal->alerts.drop();
     thisSignal->barriers.drop();
     qv___LockFinalize( &thisSignal->lock );
-}
-
-bool isAsserted( QV_SIGNAL *sig )
-{
-    return __atomic_load_n( &sig->asserted, __ATOMIC_SEQ_CST );
 }
 
 void fireSignalable( qvObj imp )
@@ -44,11 +40,53 @@ void fireBarrier( qvObj barrier )
     qvBarrierUnblock( qvBarrierFrom( barrier ) );
 }
 
-// Keeps the listener, or fires it at once if the signal is asserted.
+// What the steps of attaching and asserting do with a signal and, in the first case, with a listener.
+struct Steps
+{
+    QV_SIGNAL *sig;
+    qv::Listeners *listeners;
+    qvObj listener;
+    void ( *fireOne )( qvObj );
+
+    void lock()
+    {
+        qv___LockAcquire( &sig->lock );
+    }
+
+    void unlock()
+    {
+        qv___LockRelease( &sig->lock );
+    }
+
+    void fire()
+    {
+        fireOne( listener );
+    }
+
+    void keep()
+    {
+        listeners->add( listener );
+    }
+
+    // Threads first, then the targets in this order, all under the lock.
+    void fireAll()
+    {
+        if ( sig->waitBarrier )
+        {
+            qvBarrierUnblock( sig->waitBarrier );
+            qv::replaceWith( &sig->waitBarrier, static_cast<QV_BARRIER *>( nullptr ) );
+        }
+        sig->signalables.fire( fireSignalable );
+        sig->chainedSignals.fire( fireSignal );
+        sig->alerts.fire( fireAlert );
+        sig->barriers.fire( fireBarrier );
+    }
+};
+
 void attach( QV_SIGNAL *sig, qv::Listeners *listeners, qvObj listener, void ( *fire )( qvObj ) )
 {
-    qv::Locked locked( &sig->lock );
-    isAsserted( sig ) ? fire( listener ) : listeners->add( listener );
+    Steps steps = { sig, listeners, listener, fire };
+    qv::signalAttach( &sig->asserted, steps );
 }
 
 void detach( QV_SIGNAL *sig, qv::Listeners *listeners, qvObj listener )
@@ -61,7 +99,7 @@ void detach( QV_SIGNAL *sig, qv::Listeners *listeners, qvObj listener )
 QV_BARRIER *waitBarrierOf( QV_SIGNAL *sig )
 {
     qv::Locked locked( &sig->lock );
-    if ( isAsserted( sig ) )
+    if ( sig->asserted.isOn() )
     {
         return nullptr;
     }
@@ -80,7 +118,7 @@ QV_SIGNAL *qvSignalCreate( void )
 {
     QV_SIGNAL *sig = qv::create<QV_SIGNAL>( qvSignalSort() );
     qv___LockInitialize( &sig->lock );
-    sig->asserted = QV_FALSE;
+    sig->asserted = {};
     sig->waitBarrier = nullptr;
     sig->signalables = {};
     sig->chainedSignals = {};
@@ -92,27 +130,14 @@ QV_SIGNAL *qvSignalCreate( void )
 QV_BOOL qvSignalAsserted( QV_SIGNAL *sig )
 {
     QV_CHECK( sig );
-    return isAsserted( sig );
+    return sig->asserted.isOn();
 }
 
 void qvSignalAssert( QV_SIGNAL *sig )
 {
     QV_CHECK( sig );
-    qv::Locked locked( &sig->lock );
-    if ( __atomic_exchange_n( &sig->asserted, QV_TRUE, __ATOMIC_SEQ_CST ) )
-    {
-        return;
-    }
-    // Threads first, then the targets in this order, all under the lock.
-    if ( sig->waitBarrier )
-    {
-        qvBarrierUnblock( sig->waitBarrier );
-        qv::replaceWith( &sig->waitBarrier, static_cast<QV_BARRIER *>( nullptr ) );
-    }
-    sig->signalables.fire( fireSignalable );
-    sig->chainedSignals.fire( fireSignal );
-    sig->alerts.fire( fireAlert );
-    sig->barriers.fire( fireBarrier );
+    Steps steps = { sig, nullptr, nullptr, nullptr };
+    qv::signalAssert( &sig->asserted, steps );
 }
 
 void qvSignalWait( QV_SIGNAL *sig )

@@ -24,6 +24,7 @@
 #include <qv/exec/qv_process_system_mode.hh>
 #include <qv/exec/qv_thread.hh>
 #include <qv/exec/qv_thread_priority.hh>
+#include <qv/exec/qv_timer.hh>
 #include <qv/io/qv_header.hh>
 #include <qv/io/qv_message.hh>
 #include <qv/io/qv_nlf_flags.hh>
@@ -120,6 +121,7 @@ constexpr Component components[] = {
     QV___COMPONENT( JsonOptions, Stop::inReverse ),
     QV___COMPONENT( ThreadPriority, Stop::inReverse ),
     QV___COMPONENT( Thread, Stop::inReverse ),
+    QV___COMPONENT( Timer, Stop::inReverse ),
     QV___COMPONENT( ProcessSystemMode, Stop::inReverse ),
     QV___COMPONENT( ProcessPriority, Stop::inReverse ),
     QV___COMPONENT( ProcessStatisticsFlags, Stop::inReverse ),
