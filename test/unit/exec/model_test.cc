@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include <qv/base/qv_signal_protocol.hh>
 #include <qv/exec/qv_process_protocol.hh>
 #include <qv/exec/qv_timer_protocol.hh>
+#include <qv/sys/qv_types.h>
 
 #include "support/explorer.hh"
 
@@ -450,6 +453,8 @@ std::string faultOf( const Explorer::Outcome &outcome )
 
 TEST( ProcessModel, EveryRequestIsServedAndEveryHaltEnds )
 {
+    if ( !canExplore )
+        GTEST_SKIP();
     const std::vector<Caller> cases[] = {
         { Caller::schedules },
         { Caller::halts },
@@ -469,6 +474,8 @@ TEST( ProcessModel, EveryRequestIsServedAndEveryHaltEnds )
 
 TEST( ProcessModel, FaultsPutInAreFound )
 {
+    if ( !canExplore )
+        GTEST_SKIP();
     const std::vector<Caller> schedules = { Caller::schedules, Caller::schedules };
     const std::vector<Caller> halts = { Caller::schedules, Caller::halts };
     EXPECT_EQ( "a request was lost", faultOf( exploreProcess( schedules, withoutStep8 ) ) );
@@ -480,6 +487,8 @@ TEST( ProcessModel, FaultsPutInAreFound )
 
 TEST( TimerModel, AScheduleFiresOrIsCancelledButNotBoth )
 {
+    if ( !canExplore )
+        GTEST_SKIP();
     EXPECT_EQ( "", exploreTimer( { { scheduleTimer, cancelTimer } }, qv::timerTake ).fault );
     EXPECT_EQ( "", exploreTimer( { { scheduleTimer, cancelTimer, scheduleTimer } }, qv::timerTake ).fault );
     EXPECT_EQ( "", exploreTimer( { { scheduleTimer }, { scheduleTimer } }, qv::timerTake ).fault );
@@ -490,6 +499,8 @@ TEST( TimerModel, AScheduleFiresOrIsCancelledButNotBoth )
 
 TEST( TimerModel, FaultsPutInAreFound )
 {
+    if ( !canExplore )
+        GTEST_SKIP();
     EXPECT_EQ( "fired and cancelled",
                faultOf( exploreTimer( { { scheduleTimer, cancelTimer } }, takeInTwoSteps ) ) );
     EXPECT_NE( "", exploreTimer( { { scheduleTimer, scheduleTimer } }, takeWithoutTheMark ).fault );
@@ -497,6 +508,8 @@ TEST( TimerModel, FaultsPutInAreFound )
 
 TEST( SignalModel, EachTargetIsFiredOnce )
 {
+    if ( !canExplore )
+        GTEST_SKIP();
     for ( int asserts : { 1, 2 } )
     {
         EXPECT_EQ( "", exploreSignal( asserts, qv::signalAttach, qv::signalAssert ).fault );

@@ -101,12 +101,12 @@ TEST( Timer, FiresInOrderAndNotTooEarly )
     } );
     Timer first = timerOf( [&] { order += '1'; } );
     Timer second = timerOf( [&] { order += '2'; } );
-    qvTimerSchedule( third, 60 );
-    qvTimerScheduleAt( first, start + 20 );
-    qvTimerScheduleAt( second, start + 40 );
+    qvTimerSchedule( third, 300 );
+    qvTimerScheduleAt( first, start + 100 );
+    qvTimerScheduleAt( second, start + 200 );
     done.pass();
     EXPECT_EQ( "123", order );
-    EXPECT_GE( late, 60 );
+    EXPECT_GE( late, 300 );
 }
 
 TEST( Timer, SchedulingAgainReplaces )
@@ -117,7 +117,7 @@ TEST( Timer, SchedulingAgainReplaces )
     qvTimerScheduleAtTime( timer, secondsFromNow( 1000000 ) );
     qvTimerScheduleInfinite( timer );
     EXPECT_TRUE( qvTimerScheduled( timer ) );
-    qvTimerSchedule( timer, 0 );
+    qvTimerSchedule( timer, 50000 );
     qvTimerSchedule( timer, 0 );
     passOnce();
     EXPECT_EQ( 1, calls );
@@ -128,9 +128,9 @@ TEST( Timer, SchedulingAgainReplaces )
     qvTimerScheduleAt( timer, 0 );
     passOnce();
     EXPECT_EQ( 2, calls );
-    qvTimerSchedule( timer, 20 );
+    qvTimerSchedule( timer, 200 );
     qvTimerUnschedule( timer );
-    sleepFor( 40 );
+    sleepFor( 220 );
     passOnce();
     EXPECT_EQ( 2, calls );
 }
@@ -174,7 +174,7 @@ TEST( Timer, AReleasedOneDoesntFireUnlessItLingers )
     {
         Timer timer = timerOf( [&] { calls++; }, [&] { freed++; } );
         qv___TimerSetLinger( timer, linger );
-        qvTimerSchedule( timer, 10 );
+        qvTimerSchedule( timer, linger ? 10 : 1000000 );
     }
     for ( int round = 0; freed < 2 && round < 60000; round++ )
         sleepFor( 1 );

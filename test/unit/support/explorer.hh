@@ -14,6 +14,13 @@
 namespace test
 {
 
+// Sanitizers that follow stacks and threads don't know fibers.
+#if defined( __SANITIZE_ADDRESS__ ) || defined( __SANITIZE_THREAD__ )
+constexpr bool canExplore = false;
+#else
+constexpr bool canExplore = true;
+#endif
+
 class Explorer
 {
   public:
