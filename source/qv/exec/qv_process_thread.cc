@@ -57,20 +57,33 @@ void setArrived( QV___PROCESS_THREAD *thread, bool arrived )
     __atomic_store_n( &thread->extArrived, arrived, __ATOMIC_RELAXED );
 }
 
+// The threads that spin at this moment.
+constinit QV_INT spinnerCount = 0;
+
 // Waits a little for work before the thread sleeps, since falling asleep and being woken costs more than most waits
-// between two requests. The time adapts: waits that bring nothing become shorter. With one processor there is none,
-// as it would only keep the others from running.
+// between two requests. The time adapts: waits that bring nothing become shorter. One processor always stays free of
+// spinning threads, which under real-time scheduling would keep from running whoever has work for them.
 class Spinner
 {
   public:
-    Spinner() : budget_( qv::processorCount() > 1 ? LONGEST : 0 ) {}
+    Spinner() : places_( qv::processorCount() - 1 ), budget_( LONGEST ) {}
 
     void waitFor( QV___PROCESS_THREAD *thread )
     {
-        if ( budget_ == 0 || hasArrived( thread ) )
+        if ( places_ <= 0 || hasArrived( thread ) )
         {
             return;
         }
+        if ( __atomic_fetch_add( &spinnerCount, 1, __ATOMIC_RELAXED ) < places_ )
+        {
+            spin( thread );
+        }
+        __atomic_fetch_sub( &spinnerCount, 1, __ATOMIC_RELAXED );
+    }
+
+  private:
+    void spin( QV___PROCESS_THREAD *thread )
+    {
         QV_INT end = nanoseconds() + budget_;
         do
         {
@@ -87,7 +100,6 @@ class Spinner
         budget_ = qvIntMax( budget_ / 2, SHORTEST );
     }
 
-  private:
     // In nanoseconds.
     static constexpr QV_INT LONGEST = 20000;
     static constexpr QV_INT SHORTEST = 1000;
@@ -112,6 +124,7 @@ class Spinner
 #endif
     }
 
+    QV_INT places_; // how many threads may spin
     QV_INT budget_;
 };
 

@@ -56,7 +56,7 @@ TEST( Unique, LastInFirstOutAndDense )
     EXPECT_DEATH( qv___UniquePut( *taken.begin() ), "IN_USE" );
     EXPECT_DEATH( qv___UniquePut( QV_INT_MAX ), "uni < uniListSize" );
     qv___UniquePut( *taken.rbegin() );
-    EXPECT_DEATH( qv___UniquePut( *taken.rbegin() ), "uniUsed > 0" );
+    EXPECT_DEATH( qv___UniquePut( *taken.rbegin() ), "IN_USE" );
 }
 
 TEST( Unique, NoTokenTwiceAcrossThreads )
