@@ -4,6 +4,8 @@
 #include <qv/base/qv_string.h>
 #include <qv/sys/qv_block.hh>
 
+#include <algorithm>
+
 constinit QV_FLAGSET *qv___NlfFlagsFlagset = nullptr;
 
 namespace
@@ -91,18 +93,19 @@ template <typename BYTES> auto mayStartUtf8( BYTES byte )
     return ( byte - 0x0A <= 3 ) | ( byte == 0xC2 ) | ( byte == 0xE2 );
 }
 
-// Steps over whole blocks in which no new-line can start: none of the flags' for the usual ones, else none of any form.
-QV_INT skipPlainBlocks( const QV_CHAR *chs, QV_INT length, QV_NLF_FLAGS flags )
+// Steps over what holds no new-line, up to a unit that may start one or to less than sixteen units before the
+// end. For the usual flags it looks for their units alone.
+QV_INT skipPlain( const QV_CHAR *chs, QV_INT length, QV_NLF_FLAGS flags )
 {
     if ( flags == QV_NLF_FLAG_LF )
-        return qv::skipUnmarked( chs, length, []( auto block ) { return block == 0x0A; } );
+        return qv::skipToMarked( chs, length, []( auto block ) { return block == 0x0A; } );
     if ( !( flags & ~( QV_NLF_FLAG_LF | QV_NLF_FLAG_CR | QV_NLF_FLAG_CRLF ) ) )
-        return qv::skipUnmarked( chs, length,
+        return qv::skipToMarked( chs, length,
                                  []( auto block ) { return ( block == 0x0A ) | ( block == 0x0D ); } );
-    return qv::skipUnmarked( chs, length, []( auto block ) { return mayStart( block ); } );
+    return qv::skipToMarked( chs, length, []( auto block ) { return mayStart( block ); } );
 }
 
-QV_INT skipPlainBlocks( const unsigned char *bytes, QV_INT length, QV_NLF_FLAGS flags )
+QV_INT skipPlain( const unsigned char *bytes, QV_INT length, QV_NLF_FLAGS flags )
 {
     if ( flags == QV_NLF_FLAG_LF )
         return qv::skipUnmarked( bytes, length, []( auto block ) { return block == 0x0A; } );
@@ -134,11 +137,16 @@ template <typename UNIT> QV_INT skipNonNlf( const UNIT *units, QV_INT length, QV
 {
     QV_CHECK( length >= 0 );
     QV_CHECK( units || length == 0 );
-    QV_INT idx = skipPlainBlocks( units, length, flags );
-    for ( ; idx < length; idx++ )
+    QV_INT idx = 0;
+    while ( idx < length )
     {
-        if ( mayStartNlf( units[idx] ) && match( units + idx, length - idx, flags ).length > 0 )
-            return idx;
+        idx += skipPlain( units + idx, length - idx, flags );
+        // The unit that stopped it is among these.
+        for ( QV_INT stop = std::min<QV_INT>( idx + 16, length ); idx < stop; idx++ )
+        {
+            if ( mayStartNlf( units[idx] ) && match( units + idx, length - idx, flags ).length > 0 )
+                return idx;
+        }
     }
     return length;
 }

@@ -1,12 +1,13 @@
 #include <qv/io/qv_nlf_line_source.hh>
 
-#include <qv/base/qv_string.h>
+#include <qv/base/qv_string.hh>
 #include <qv/io/qv_char_source.h>
 #include <qv/io/qv_line_source.h>
 #include <qv/io/qv_nlf_flags.hh>
 #include <qv/io/qv_stream_author.h>
 #include <qv/io/qv_string_char_source.h>
 #include <qv/runtime/qv_local.hh>
+#include <qv/sys/qv_chars.h>
 
 namespace
 {
@@ -23,6 +24,8 @@ void fill( QV_NLF_LINE_SOURCE *nls, QV_INT kept )
 {
     QV_INT count =
         qvCharSourceReadChars( nls->source, nls->buffer + kept, QV___NLF_LINE_SOURCE_BUFFER - kept );
+    // Lines are cut from checked text.
+    QV_CHECK( qvCharsAllOk( nls->buffer + kept, count ) );
     nls->bufferLength = kept + count;
     nls->bufferOffset = 0;
     nls->sourceEnded = QV_BOOL_FROM( nls->bufferLength < QV___NLF_LINE_SOURCE_BUFFER );
@@ -55,12 +58,16 @@ bool provide( QV_NLF_LINE_SOURCE *nls )
 void appendToLine( QV_STRING **line, const QV_CHAR *chars, QV_INT count )
 {
     if ( *line )
-        qvStringAppendChars( line, chars, count );
-    else
-        *line = qvStringCreateFromCharsCopy( chars, count );
+    {
+        qv::stringAppendChars( line, chars, count );
+        return;
+    }
+    *line = count > 0 ? qv::stringCreateUnfilled( count ) : qvStringCreate();
+    qv::copyChars( qv::stringBacking( *line ), chars, count );
 }
 
-// Moves on to behind the next new-line, or to the end of what can be scanned; true if a new-line ended the line.
+// Moves on to behind the next new-line, or to the end of what can be scanned; true if a new-line ended the
+// line.
 bool scan( QV_NLF_LINE_SOURCE *nls, QV_STRING **line )
 {
     const QV_CHAR *chars = nls->buffer + nls->bufferOffset;
