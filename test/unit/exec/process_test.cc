@@ -441,3 +441,53 @@ TEST( ProcessStress, NoRequestIsLostAndNoProcessRunsTwiceAtOnce )
         EXPECT_TRUE( domain );
     processes.clear();
 }
+
+// Signals and alerts whose targets several threads attach, detach, fire and release at random: a target that stays attached
+// is fired by the assert, whichever comes first, and nothing is left behind.
+TEST( ProcessStress, TargetsAttachedAndFiredAtRandom )
+{
+    Domain domain = domainWith( { 2, true } );
+    for ( int round = 0; round < 30; round++ )
+    {
+        qv::Local<QV_SIGNAL> sig( qvSignalCreate() );
+        qv::Local<QV_ALERT> alert( qvAlertCreate() );
+        constexpr int threadCount = 4;
+        std::atomic<int> runs[threadCount] = {};
+        std::vector<Process> processes;
+        for ( std::atomic<int> &count : runs )
+            processes.push_back( processOn( domain, [&] { count++; } ) );
+        auto work = [&]( size_t number ) {
+            std::minstd_rand random( static_cast<unsigned>( 1 + number + 7 * static_cast<size_t>( round ) ) );
+            qv::Local<QV_SIGNALABLE> stays( qvSignalableCreateWithProcess( processes[number] ) );
+            for ( int step = 0; step < 60; step++ )
+            {
+                Process &other = processes[random() % threadCount];
+                qv::Local<QV_SIGNALABLE> sigb( qvSignalableCreateWithProcess( other ) );
+                qv::Local<QV_ALERTABLE> alb( qvAlertableCreateWithProcess( other ) );
+                qvSignalAddSignalable( sig, sigb );
+                qvAlertAddAlertable( alert, alb );
+                random() % 2 ? qvAlertSet( alert ) : qvAlertUnset( alert );
+                if ( random() % 2 )
+                {
+                    qvSignalDelSignalable( sig, sigb );
+                    qvAlertDelAlertable( alert, alb );
+                }
+                if ( number == 0 && step == 30 )
+                    qvSignalAssert( sig );
+                if ( step == 29 )
+                    qvSignalAddSignalable( sig, stays );
+            }
+            for ( int wait = 0; runs[number] == 0 && wait < 60000; wait++ )
+                std::this_thread::sleep_for( std::chrono::milliseconds( 1 ) );
+        };
+        std::vector<std::thread> threads;
+        for ( size_t number = 0; number < threadCount; number++ )
+            threads.emplace_back( work, number );
+        for ( std::thread &thread : threads )
+            thread.join();
+        for ( Process &process : processes )
+            endProcess( process );
+        for ( std::atomic<int> &count : runs )
+            EXPECT_GT( count, 0 );
+    }
+}
