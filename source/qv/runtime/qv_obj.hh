@@ -9,7 +9,7 @@
 #include <qv/sys/qv_check.hh>
 
 // Declares the eight standard operations of a sort that stays inside the library.
-#define QV_SORT_FUNCTIONS_INTERNAL( NAME, prefix ) QV___SORT_FUNCTIONS( , NAME, prefix )
+#define QV_SORT_FUNCTIONS_INTERNAL( NAME, prefix ) QV___SORT_FUNCTIONS(, NAME, prefix )
 
 // One line of an object's log.
 struct qv___ObjLogEntry

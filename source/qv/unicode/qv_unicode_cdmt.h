@@ -7,24 +7,24 @@
 
 /* Type of a code point's decomposition mapping. All but the first two are compatibility mappings. */
 typedef QV_INT QV_UNICODE_CDMT;
-#define QV_UNICODE_CDMT_NONE 0
+#define QV_UNICODE_CDMT_NONE      0
 #define QV_UNICODE_CDMT_CANONICAL 1
-#define QV_UNICODE_CDMT_FONT 2
-#define QV_UNICODE_CDMT_NOBREAK 3
-#define QV_UNICODE_CDMT_INITIAL 4
-#define QV_UNICODE_CDMT_MEDIAL 5
-#define QV_UNICODE_CDMT_FINAL 6
-#define QV_UNICODE_CDMT_ISOLATED 7
-#define QV_UNICODE_CDMT_CIRCLE 8
-#define QV_UNICODE_CDMT_SUPER 9
-#define QV_UNICODE_CDMT_SUB 10
-#define QV_UNICODE_CDMT_VERTICAL 11
-#define QV_UNICODE_CDMT_WIDE 12
-#define QV_UNICODE_CDMT_NARROW 13
-#define QV_UNICODE_CDMT_SMALL 14
-#define QV_UNICODE_CDMT_SQUARE 15
-#define QV_UNICODE_CDMT_FRACTION 16
-#define QV_UNICODE_CDMT_COMPAT 17
+#define QV_UNICODE_CDMT_FONT      2
+#define QV_UNICODE_CDMT_NOBREAK   3
+#define QV_UNICODE_CDMT_INITIAL   4
+#define QV_UNICODE_CDMT_MEDIAL    5
+#define QV_UNICODE_CDMT_FINAL     6
+#define QV_UNICODE_CDMT_ISOLATED  7
+#define QV_UNICODE_CDMT_CIRCLE    8
+#define QV_UNICODE_CDMT_SUPER     9
+#define QV_UNICODE_CDMT_SUB       10
+#define QV_UNICODE_CDMT_VERTICAL  11
+#define QV_UNICODE_CDMT_WIDE      12
+#define QV_UNICODE_CDMT_NARROW    13
+#define QV_UNICODE_CDMT_SMALL     14
+#define QV_UNICODE_CDMT_SQUARE    15
+#define QV_UNICODE_CDMT_FRACTION  16
+#define QV_UNICODE_CDMT_COMPAT    17
 /* True for the values above. */
 #define QV_UNICODE_CDMT_OK( cdmt ) ( (QV_INT)( cdmt ) >= 0 && (QV_INT)( cdmt ) <= 17 )
 

@@ -11,9 +11,9 @@
 
 /* Normalization form. */
 typedef QV_INT QV_UNICODE_NORMAL_FORM;
-#define QV_UNICODE_NORMAL_FORM_C 0
+#define QV_UNICODE_NORMAL_FORM_C  0
 #define QV_UNICODE_NORMAL_FORM_KC 1
-#define QV_UNICODE_NORMAL_FORM_D 2
+#define QV_UNICODE_NORMAL_FORM_D  2
 #define QV_UNICODE_NORMAL_FORM_KD 3
 /* True for the values above. */
 #define QV_UNICODE_NORMAL_FORM_OK( nf ) ( (QV_INT)( nf ) >= 0 && (QV_INT)( nf ) <= 3 )

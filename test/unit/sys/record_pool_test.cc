@@ -119,12 +119,10 @@ TEST( RecordPool, ThreadsThatOnlyGiveLoseNothing )
     for ( int round = 0; round < 3000; round++ )
     {
         void *records[] = { qv::recordAlloc( size ), qv::recordAlloc( size ), qv::recordAlloc( size ) };
-        std::thread giver(
-            [&]
-            {
-                for ( void *record : records )
-                    qv::recordFree( record, size );
-            } );
+        std::thread giver( [&] {
+            for ( void *record : records )
+                qv::recordFree( record, size );
+        } );
         giver.join();
         if ( round == 100 )
             before = qv::recordPoolSize();
