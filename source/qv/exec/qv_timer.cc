@@ -54,6 +54,15 @@ void qv___TimerClosureFreeFunc( qvObj thisObj )
     qv::releaseOptional( thisClosure->signalClosure );
 }
 
+// By the tokens, as objects of a sort without an order would be, but without the way there: the map of relative timers
+// compares closures all the time.
+QV_INT qv___TimerClosureCompareFunc( qvObj thisObj, qvObj thatObj )
+{
+    QV_INT thisToken = static_cast<Closure *>( thisObj )->token;
+    QV_INT thatToken = static_cast<Closure *>( thatObj )->token;
+    return ( thisToken > thatToken ) - ( thisToken < thatToken );
+}
+
 void qv___TimerAbsKeyFreeFunc( qvObj thisObj )
 {
     QV___TIMER_ABS_KEY *thisKey = qv___TimerAbsKeyFrom( thisObj );
@@ -81,14 +90,19 @@ QV___TIMER_ABS_KEY *createKey( QV_TIME *time )
 class Structures
 {
   public:
-    explicit Structures( Closure *closure, QV_INT timestamp = 0, QV_TIME *time = nullptr )
+    // The timestamp or the time is that of the entry to come; -1 and null for none.
+    explicit Structures( Closure *closure, QV_INT timestamp, QV_TIME *time )
         : closure_( closure ), timestamp_( timestamp ), time_( time )
     {
     }
 
     void removeRelative()
     {
-        qvPriorityMapDel( &timerRelPrioMap, closure_ );
+        // A new place in the map takes the one before away.
+        if ( timestamp_ < 0 )
+        {
+            qvPriorityMapDel( &timerRelPrioMap, closure_ );
+        }
     }
 
     void removeAbsolute()
@@ -143,7 +157,7 @@ void scheduleRelative( Closure *closure, QV_INT timestamp, Wake wake )
     bool isWaking = wake == Wake::always;
     {
         qv::Entered entered( timerMonitor );
-        Structures structures( closure, timestamp );
+        Structures structures( closure, timestamp, nullptr );
         qv::timerUnschedule( &closure->flags, structures );
         qv::timerEnterRelative( &closure->flags, structures );
         isWaking |= wake == Wake::ifFirst && isFirstRelative( closure );
@@ -159,7 +173,7 @@ void scheduleAbsolute( Closure *closure, QV_TIME *time )
     bool isWaking = false;
     {
         qv::Entered entered( timerMonitor );
-        Structures structures( closure, 0, time );
+        Structures structures( closure, -1, time );
         qv::timerUnschedule( &closure->flags, structures );
         qv::timerEnterAbsolute( &closure->flags, structures );
         isWaking = isFirstAbsolute( closure );
@@ -178,7 +192,7 @@ void qv___TimerFreeFunc( qvObj thisObj )
         qv::Entered entered( timerMonitor );
         if ( !thisTimer->linger )
         {
-            Structures structures( thisTimer->closure );
+            Structures structures( thisTimer->closure, -1, nullptr );
             qv::timerUnschedule( &thisTimer->closure->flags, structures );
         }
     }
@@ -302,6 +316,7 @@ QV_TIMER *createTimer()
     closure->signalFunc = nullptr;
     closure->signalClosure = nullptr;
     closure->flags.initialize();
+    closure->token = qv___ObjUnique( closure );
     timer->closure = closure;
     timer->linger = false;
     return timer;
@@ -310,7 +325,8 @@ QV_TIMER *createTimer()
 } // namespace
 
 QV_SORT_DEFINE( QV_TIMER, qvTimer, { .freeFunc = qv___TimerFreeFunc } )
-QV_SORT_DEFINE( QV___TIMER_CLOSURE, qv___TimerClosure, { .freeFunc = qv___TimerClosureFreeFunc } )
+QV_SORT_DEFINE( QV___TIMER_CLOSURE, qv___TimerClosure,
+                { .freeFunc = qv___TimerClosureFreeFunc, .compareFunc = qv___TimerClosureCompareFunc } )
 QV_SORT_DEFINE( QV___TIMER_ABS_KEY, qv___TimerAbsKey,
                 { .freeFunc = qv___TimerAbsKeyFreeFunc, .compareFunc = qv___TimerAbsKeyCompareFunc } )
 

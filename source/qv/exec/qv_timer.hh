@@ -22,6 +22,7 @@ struct qv___TimerClosure : qv___Obj
     QV_TIMER_FUNC signalFunc;
     qvObj signalClosure; // may be null
     qv::TimerFlags<qv::AtomicBool> flags;
+    QV_INT token; // the object's own, at hand
 };
 
 struct qv___Timer : qv___Obj
