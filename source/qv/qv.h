@@ -37,9 +37,14 @@
 #include <qv/base/qv_store_encoding.h>
 #include <qv/base/qv_string.h>
 #include <qv/base/qv_time.h>
+#include <qv/base/qv_timezone.h>
 #include <qv/base/qv_tool_switch.h>
 #include <qv/base/qv_vector.h>
 #include <qv/charset/qv_charset.h>
+#include <qv/deprecated/qv_decoder.h>
+#include <qv/deprecated/qv_encoder.h>
+#include <qv/deprecated/qv_store_legacy_binary.h>
+#include <qv/deprecated/qv_store_legacy_text.h>
 #include <qv/exec/qv_process.h>
 #include <qv/exec/qv_process_domain.h>
 #include <qv/exec/qv_process_domain_options.h>
@@ -101,6 +106,11 @@
 #include <qv/sys/qv_real.h>
 #include <qv/sys/qv_timestamp.h>
 #include <qv/sys/qv_types.h>
+#include <qv/tag/qv_tag_definition.h>
+#include <qv/tag/qv_tag_definition_set.h>
+#include <qv/tag/qv_tag_match.h>
+#include <qv/tag/qv_tag_rewrite.h>
+#include <qv/tag/qv_tag_set.h>
 #include <qv/unicode/qv_unicode_cccv.h>
 #include <qv/unicode/qv_unicode_cdmt.h>
 #include <qv/unicode/qv_unicode_genc.h>

@@ -14,6 +14,7 @@
 #include <qv/base/qv_store_encoding.hh>
 #include <qv/base/qv_string.hh>
 #include <qv/base/qv_time.hh>
+#include <qv/base/qv_timezone.hh>
 #include <qv/base/qv_vector.hh>
 #include <qv/charset/qv_charset.hh>
 #include <qv/exec/qv_exec_block.hh>
@@ -37,6 +38,10 @@
 #include <qv/sys/qv_mem.hh>
 #include <qv/sys/qv_timestamp.hh>
 #include <qv/sys/qv_unique.hh>
+#include <qv/tag/qv_tag_definition.hh>
+#include <qv/tag/qv_tag_match.hh>
+#include <qv/tag/qv_tag_rewrite.hh>
+#include <qv/tag/qv_tag_set.hh>
 #include <qv/unicode/qv_unicode_db.hh>
 #include <qv/unicode/qv_unicode_normalizer.hh>
 
@@ -100,6 +105,7 @@ constexpr Component components[] = {
     QV___COMPONENT( Store, Stop::inReverse ),
     QV___COMPONENT( StoreDecodeErrorCode, Stop::inReverse ),
     QV___COMPONENT( Time, Stop::inReverse ),
+    QV___COMPONENT( Timezone, Stop::inReverse ),
     QV___COMPONENT( Random, Stop::inReverse ),
     QV___COMPONENT( RuntimeFlags, Stop::inReverse ),
     QV___COMPONENT( UnicodeNormalForm, Stop::inReverse ),
@@ -119,6 +125,10 @@ constexpr Component components[] = {
     QV___COMPONENT( JsonType, Stop::inReverse ),
     QV___COMPONENT( JsonValue, Stop::inReverse ),
     QV___COMPONENT( JsonOptions, Stop::inReverse ),
+    QV___COMPONENT( TagColor, Stop::inOrder ),
+    QV___COMPONENT( TagMatchType, Stop::inOrder ),
+    QV___COMPONENT( TagRewriteOperationType, Stop::inOrder ),
+    QV___COMPONENT( TagSet, Stop::inOrder ),
     QV___COMPONENT( ThreadPriority, Stop::inReverse ),
     QV___COMPONENT( Thread, Stop::inReverse ),
     QV___COMPONENT( Timer, Stop::inReverse ),

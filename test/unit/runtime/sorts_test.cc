@@ -38,6 +38,8 @@
 #include <qv/base/qv_vector.h>
 #include <qv/charset/qv_charset_map.hh>
 #include <qv/charset/qv_charset_utf.hh>
+#include <qv/deprecated/qv_decoder.h>
+#include <qv/deprecated/qv_encoder.h>
 #include <qv/io/qv_buffer_byte_sink.h>
 #include <qv/io/qv_buffer_byte_source.h>
 #include <qv/io/qv_byte_sink.h>
@@ -66,6 +68,11 @@
 #include <qv/runtime/qv_module.h>
 #include <qv/runtime/qv_module_version.h>
 #include <qv/runtime/qv_sort.h>
+#include <qv/tag/qv_tag_definition.h>
+#include <qv/tag/qv_tag_definition_set.h>
+#include <qv/tag/qv_tag_match.h>
+#include <qv/tag/qv_tag_rewrite.h>
+#include <qv/tag/qv_tag_set.h>
 #include <qv/unicode/qv_unicode_normalizer.h>
 #include <qv/runtime/qv_author.h>
 
@@ -121,7 +128,9 @@ const Row rows[] = {
     ROW( QV_CHAR_SINK, qvCharSink, free ),
     ROW( QV_CHAR_SOURCE, qvCharSource, free ),
     ROW( QV_COUNTER, qvCounter, free ),
+    ROW( QV_DECODER, qvDecoder, free ),
     ROW( QV_DICT, qvDict, free | compare | toString ),
+    ROW( QV_ENCODER, qvEncoder, free ),
     ROW( QV_ENUM, qvEnum, free ),
     ROW( QV_EVENT_QUEUE, qvEventQueue, free ),
     ROW( QV_FLAGSET, qvFlagset, free ),
@@ -166,6 +175,12 @@ const Row rows[] = {
     ROW( QV_STRING, qvString, free | compare | toString ),
     ROW( QV_STRING_CHAR_SINK, qvStringCharSink, free ),
     ROW( QV_STRING_CHAR_SOURCE, qvStringCharSource, free ),
+    ROW( QV_TAG_DEFINITION, qvTagDefinition, free | compare ),
+    ROW( QV_TAG_DEFINITION_SET, qvTagDefinitionSet, free | compare ),
+    ROW( QV_TAG_MATCH, qvTagMatch, free | compare ),
+    ROW( QV_TAG_REWRITE, qvTagRewrite, free | compare ),
+    ROW( QV_TAG_REWRITE_OPERATION, qvTagRewriteOperation, free | compare ),
+    ROW( QV_TAG_SET, qvTagSet, free | compare | toString ),
     ROW( QV_TIME, qvTime, compare | toString ),
     ROW( QV_UNICODE_NORMALIZER, qvUnicodeNormalizer, free ),
     ROW( QV_VECTOR, qvVector, free | compare | toString ),
