@@ -51,6 +51,7 @@ template <typename T, void ( *release )( T * )> class Owner
 using String = Owner<QV_STRING, qvStringRelease>;
 using Buffer = Owner<QV_BUFFER, qvBufferRelease>;
 using Vector = Owner<QV_VECTOR, qvVectorRelease>;
+using Decoder = Owner<QV_DECODER, qvDecoderRelease>;
 using Store = Owner<QV_STORE, qvStoreRelease>;
 using StoreHeader = Owner<QV_STORE_HEADER, qvStoreHeaderRelease>;
 using StoreResult = Owner<QV_STORE_DECODE_RESULT, qvStoreDecodeResultRelease>;
@@ -136,6 +137,75 @@ void fuzzStoreText( const unsigned char *bytes, size_t length )
     }
     Store store( qvStoreDecodeResultStore( result ) );
     requireComesBack( store, QV_STORE_ENCODING_HEADERLESS_STANDARD );
+}
+
+// Any bytes are a store, which comes back from its own lines as it is.
+void fuzzLegacyText( const unsigned char *bytes, size_t length )
+{
+    Buffer buffer( bufferOf( bytes, length ) );
+    Store store( qvStoreLegacyTextTryDecodeFromBuffer( buffer, QV_CHARSET_UTF_8, 0, 255 ) );
+    REQUIRE( store );
+    Vector lines( qvStoreLegacyTextEncodeToStringVector( store ) );
+    Store again( qvStoreLegacyTextDecodeFromStringVector( lines ) );
+    REQUIRE( qvStoreEquals( store, again ) );
+}
+
+void fuzzLegacyBinary( const unsigned char *bytes, size_t length )
+{
+    Buffer buffer( bufferOf( bytes, length ) );
+    Store store( qvStoreLegacyBinaryTryDecodeFromBuffer( buffer ) );
+    if ( store )
+    {
+        Buffer written( qvStoreLegacyBinaryEncodeToBuffer( store ) );
+        Store again( qvStoreLegacyBinaryTryDecodeFromBuffer( written ) );
+        REQUIRE( again && qvStoreEquals( store, again ) );
+    }
+}
+
+// Reads whatever kinds of values the bytes ask for until one fails.
+void fuzzDecoder( const unsigned char *bytes, size_t length )
+{
+    Buffer buffer( bufferOf( bytes, length ) );
+    Decoder dec( qvDecoderCreate( buffer ) );
+    String string;
+    Vector vector;
+    unsigned char kind = 0;
+    QV_INT offset = 0;
+    while ( qvDecoderTryReadByte( dec, &kind ) )
+    {
+        QV_CHAR chars[16];
+        QV_BOOL good = QV_FALSE;
+        switch ( kind % 8 )
+        {
+        case 0:
+            good = qvDecoderTryDecodeInt( dec, nullptr );
+            break;
+        case 1:
+            good = qvDecoderTryDecodeChars( dec, chars, kind / 16 );
+            break;
+        case 2:
+            good = qvDecoderTryDecodeOptionalString( dec, string.address() );
+            break;
+        case 3:
+            good = qvDecoderTryDecodeOptionalBuffer( dec, buffer.address() );
+            break;
+        case 4:
+            good = qvDecoderTryDecodeOptionalStringVector( dec, vector.address() );
+            break;
+        case 5:
+            good = qvDecoderTryDecodeOptionalIdentifier( dec, nullptr );
+            break;
+        case 6:
+            good = qvDecoderTryDecodeOptionalStore( dec, nullptr );
+            break;
+        default:
+            good = qvDecoderTrySkip( dec, kind / 8 );
+        }
+        REQUIRE( good != qvDecoderError( dec ) );
+        REQUIRE( qvDecoderOffset( dec ) > offset );
+        offset = qvDecoderOffset( dec );
+        REQUIRE( offset + qvDecoderRemaining( dec ) == static_cast<QV_INT>( length ) );
+    }
 }
 
 void fuzzHeader( const unsigned char *bytes, size_t length )
@@ -355,6 +425,9 @@ void fuzzNames( const unsigned char *bytes, size_t length )
 const FuzzTarget fuzzTargets[] = {
     { "store", fuzzStore },
     { "store_text", fuzzStoreText },
+    { "legacy_text", fuzzLegacyText },
+    { "legacy_binary", fuzzLegacyBinary },
+    { "decoder", fuzzDecoder },
     { "header", fuzzHeader },
     { "charset", fuzzCharset },
     { "lines", fuzzLines },
