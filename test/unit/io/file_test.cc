@@ -353,7 +353,7 @@ TEST( File, DataFiles )
     EXPECT_TRUE( qv::Local<QV_STORE>( qvPathFileReadStore( path, nullptr ) ) );
 
     // A failure clears the header that stood there.
-    folder.write( "bad", "{ [ \xFF" );
+    folder.write( "bad", std::string( 72, '=' ) + "\nTWO WORDS\n" );
     EXPECT_EQ( nullptr, qvPathFileReadStore( folder.path( "bad" ), readHeader.edit() ) );
     EXPECT_FALSE( readHeader );
     readHeader.take( qvStoreHeaderCreate( text( "QV_TEST" ) ) );

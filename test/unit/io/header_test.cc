@@ -155,7 +155,10 @@ TEST( Header, EachErrorHasItsCodeAndPlace )
 
 TEST( Header, BadStoreTextIsWrapped )
 {
-    Local<QV_HEADER_DECODE_RESULT> result( qvHeaderDecode( bytes( "===\nT\na\n===\n" ), nullptr ) );
+    // Lines that are no standard text are taken for legacy text. But behind a byte order mark a separator begins a header
+    // of its own, which then has no end.
+    const char *content = "===\nT\n\xEF\xBB\xBF===\nT\n===\n";
+    Local<QV_HEADER_DECODE_RESULT> result( qvHeaderDecode( bytes( content ), nullptr ) );
     Local<QV_HEADER_DECODE_ERROR> error( qvHeaderDecodeResultError( result ) );
     EXPECT_EQ( QV_HEADER_DECODE_ERROR_CODE_STORE, qvHeaderDecodeErrorCode( error ) );
     Local<QV_STORE_DECODE_ERROR> storeError( qvHeaderDecodeErrorStoreDecodeError( error ) );
@@ -163,9 +166,9 @@ TEST( Header, BadStoreTextIsWrapped )
     Local<QV_MESSAGE> message( qvHeaderDecodeResultErrorToMessage( result ) );
     Local<QV_MESSAGE> storeMessage( qvStoreDecodeErrorToMessage( storeError ) );
     EXPECT_EQ( takeUtf8( qvMessageToString( storeMessage ) ), takeUtf8( qvMessageToString( message ) ) );
-
-    // Behind a byte order mark a separator begins a header of its own, which then has no end.
-    EXPECT_EQ( "6 f(5)", outcome( "===\nT\n\xEF\xBB\xBF===\nT\n===\n" ).substr( 0, 6 ) );
+    EXPECT_EQ( "6 f(5)", outcome( content ).substr( 0, 6 ) );
+    EXPECT_TRUE( qvHeaderDecodeResultIsSuccess(
+        Local<QV_HEADER_DECODE_RESULT>( qvHeaderDecode( bytes( "===\nT\na\n===\n" ), nullptr ) ) ) );
 }
 
 TEST( Header, TryDecodeMovesBufferAndLocation )
