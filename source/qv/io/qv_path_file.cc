@@ -82,14 +82,15 @@ class Block
     QV_INT length_ = 0;
 };
 
-// How much to make room for at first: one byte more than the file seems to have, so that the end shows in one read. The
-// file may well hold something else by the time it is read.
-QV_INT expectedRoom( QV_PATH *path )
+// How much to make room for at first: one byte more than the file seems to have, so that the end shows in one read, but no
+// more than will be read. The file may well hold something else by the time it is read.
+QV_INT expectedRoom( QV_PATH *path, QV_INT readLimit )
 {
     constexpr QV_INT least = 4096;
     constexpr QV_INT most = 0x40000000;
     qv::Local<QV_STAT> status( qvPathStat( path ) );
-    return std::clamp( status ? qvStatSize( status ) + 1 : 0, least, most );
+    QV_INT seen = status ? std::min( qvStatSize( status ), most ) : 0;
+    return std::min( std::clamp( seen + 1, least, most ), readLimit );
 }
 
 } // namespace
@@ -166,7 +167,7 @@ QV_BUFFER *qvPathFileReadBuffer( QV_PATH *path, QV_INT maxBytes )
         return nullptr;
     // One byte more than allowed tells a file of just that length from a longer one.
     QV_INT readLimit = maxBytes == -1 || maxBytes == QV_INT_MAX ? QV_INT_MAX : maxBytes + 1;
-    Block block( expectedRoom( path ) );
+    Block block( expectedRoom( path, readLimit ) );
     block.fill( src, readLimit );
     return qvByteSourceEnd( src ) && !qvByteSourceError( src ) ? block.giveBuffer() : nullptr;
 }

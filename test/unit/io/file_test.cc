@@ -153,6 +153,22 @@ TEST( File, FilesWithoutAKnownSize )
     EXPECT_EQ( "", takeBytes( qvPathFileReadBuffer( pathOf( "/dev/null" ), 0 ) ) );
 }
 
+#if !defined( __SANITIZE_ADDRESS__ ) && !defined( __SANITIZE_THREAD__ )
+TEST( File, ALimitAlsoLimitsTheMemory )
+{
+    TemporaryFolder folder;
+    folder.write( "file", "" );
+    ASSERT_EQ( 0, truncate( folder.name( "file" ).c_str(), 0x70000000 ) );
+    qv::Local<QV_PATH> path = folder.path( "file" );
+    auto readInLittleMemory = [&] {
+        rlimit limit = { 0x20000000, 0x20000000 };
+        setrlimit( RLIMIT_AS, &limit );
+        std::_Exit( qvPathFileReadBuffer( path, 100000 ) ? 1 : 0 );
+    };
+    EXPECT_EXIT( readInLittleMemory(), testing::ExitedWithCode( 0 ), "" );
+}
+#endif
+
 TEST( File, Fragments )
 {
     TemporaryFolder folder;
