@@ -41,7 +41,7 @@ typedef QV_INT QV_STORE_DECODE_ERROR_CODE;
 
 QV_BEGIN_DECLS
 
-/* The encoding of a name such as "QV_STORE_ENCODING_STANDARD", -1 for none. */
+/* The encoding of a name such as "QV_STORE_ENCODING_STANDARD" or of its number, -1 for none. */
 QV_API QV_STORE_ENCODING qvStoreEncodingFromString( QV_STRING *qvs );
 
 /* The name of an encoding. */
@@ -90,7 +90,7 @@ QV_API QV_BOOL qvStoreDecodeErrorHasJsonDecodeError( QV_STORE_DECODE_ERROR *err 
  * the location and the text of the code. */
 QV_API QV_MESSAGE *qvStoreDecodeErrorToMessage( QV_STORE_DECODE_ERROR *err );
 
-/* The code of a name such as "QV_STORE_DECODE_ERROR_CODE_END", -1 for none. */
+/* The code of a name such as "QV_STORE_DECODE_ERROR_CODE_END" or of its number, -1 for none. */
 QV_API QV_STORE_DECODE_ERROR_CODE qvStoreDecodeErrorCodeFromString( QV_STRING *qvs );
 
 /* The name of a code. */

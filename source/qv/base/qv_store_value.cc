@@ -123,9 +123,8 @@ QV___STORE_VALUE *qv___StoreValueCreateReal( double value )
 QV___STORE_VALUE *qv___StoreValueCreateFrom( QV___STORE_VALUE *source )
 {
     QV_CHECK( source );
-    if ( source->location )
-        qv::retain( qv::objOf( source->location ) );
-    return qv::storeValueFromParts( qv::retained( source->value ), source->hints, source->location );
+    return qv::storeValueFromParts( qv::retained( source->value ), source->hints,
+                                    qv::retainedOptional( source->location ) );
 }
 
 QV___STORE_VALUE_HINTS qv___StoreValueHints( QV___STORE_VALUE *value )

@@ -114,7 +114,7 @@ QV_API QV_BOOL qvHeaderDecodeErrorHasStoreDecodeError( QV_HEADER_DECODE_ERROR *e
  * location and the text of the code. */
 QV_API QV_MESSAGE *qvHeaderDecodeErrorToMessage( QV_HEADER_DECODE_ERROR *err );
 
-/* The code of a name such as "QV_HEADER_DECODE_ERROR_CODE_TYPE", -1 for none. */
+/* The code of a name such as "QV_HEADER_DECODE_ERROR_CODE_TYPE" or of its number, -1 for none. */
 QV_API QV_HEADER_DECODE_ERROR_CODE qvHeaderDecodeErrorCodeFromString( QV_STRING *qvs );
 
 /* The name of a code. */

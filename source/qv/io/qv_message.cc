@@ -75,7 +75,7 @@ QV_MESSAGE *qvMessageCreate( QV_MESSAGE_LEVEL level, QV_LOCATION *optionalLocati
     QV_CHECK( text );
     auto *msg = qv::create<QV_MESSAGE>( qvMessageSort() );
     msg->level = level;
-    msg->location = qv::Local<QV_LOCATION>::share( optionalLocation ).give();
+    msg->location = qv::retainedOptional( optionalLocation );
     msg->text = qv::retained( text );
     return msg;
 }
@@ -148,7 +148,7 @@ void qvMessageSetLevel( QV_MESSAGE **msg, QV_MESSAGE_LEVEL level )
 QV_LOCATION *qvMessageLocation( QV_MESSAGE *msg )
 {
     QV_CHECK( msg );
-    return qv::Local<QV_LOCATION>::share( msg->location ).give();
+    return qv::retainedOptional( msg->location );
 }
 
 QV_BOOL qvMessageHasLocation( QV_MESSAGE *msg )

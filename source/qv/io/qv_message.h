@@ -4,8 +4,8 @@
 /* A message: a text with a level and an optional location. A value with copy-on-write: setters take the
  * address of the caller's handle and put a private copy there if the record is shared.
  *
- * The text form is the location's text, "warning" or "error" for these two levels, and the text, joined by ":
- * ". */
+ * The text form is the location's text, "warning" or "error" for these two levels, and the text, with a colon
+ * and a blank between those that aren't empty. */
 
 #include <qv/runtime/qv_handles.h>
 #include <qv/runtime/qv_obj.h>

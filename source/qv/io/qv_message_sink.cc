@@ -23,7 +23,7 @@ QV_MESSAGE_SINK *qv___MessageSinkCreate( qv___MessageSinkWriteFunc writeFunc, qv
     auto *sink = qv::create<QV_MESSAGE_SINK>( qvMessageSinkSort() );
     sink->writeFunc = writeFunc;
     sink->flushFunc = flushFunc;
-    sink->closure = qv::Local<qv___Obj>::share( closure ).give();
+    sink->closure = qv::retainedOptional( closure );
     sink->error = QV_FALSE;
     sink->messagesWritten = 0;
     sink->level = QV_MESSAGE_LEVEL_NORMAL;

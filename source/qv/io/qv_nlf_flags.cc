@@ -119,7 +119,7 @@ bool mayStartNlf( QV_CHAR ch )
 
 bool mayStartNlf( unsigned char byte )
 {
-    return byte - 0x0Au <= 3 || byte == 0xC2 || byte == 0xE2;
+    return mayStartUtf8( unsigned{ byte } );
 }
 
 template <typename UNIT>

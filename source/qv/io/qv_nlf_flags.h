@@ -24,7 +24,7 @@ QV_API QV_NLF_FLAGS qvNlfFlagsNormalize( QV_NLF_FLAGS flags );
 /* The flags whose names the text lists, normalized; names that aren't known are skipped. */
 QV_API QV_NLF_FLAGS qvNlfFlagsFromString( QV_STRING *text );
 
-/* The names of the flags, owned by the caller. */
+/* The names of the normalized flags, owned by the caller. */
 QV_API QV_STRING *qvNlfFlagsToString( QV_NLF_FLAGS flags );
 
 /* The new-line to write, owned by the caller: that of the first flag set in the order LF, CR, CRLF, NEL, VT,

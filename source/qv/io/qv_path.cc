@@ -120,7 +120,7 @@ QV_PATH *qvPathCreateFrom( QV_PATH *path )
     QV_CHECK( path );
     QV_PATH *copy = qv::pathCreateFresh( path->flags, path->up, qv::retained( path->components ) );
     copy->windowsVolumeDesignator = path->windowsVolumeDesignator;
-    copy->windowsUncServer = qv::Local<QV_STRING>::share( path->windowsUncServer ).give();
+    copy->windowsUncServer = qv::retainedOptional( path->windowsUncServer );
     return copy;
 }
 
@@ -283,7 +283,7 @@ QV_BOOL qvPathWindowsVolumeDesignatorOk( QV_CHAR ch )
 QV_STRING *qvPathWindowsUncServer( QV_PATH *path )
 {
     QV_CHECK( path );
-    return qv::Local<QV_STRING>::share( path->windowsUncServer ).give();
+    return qv::retainedOptional( path->windowsUncServer );
 }
 
 QV_BOOL qvPathHasWindowsUncServer( QV_PATH *path )

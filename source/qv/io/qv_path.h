@@ -2,10 +2,9 @@
 #define QV_IO_QV_PATH_H
 
 /* A parsed file-system path, independent of platform: flags, a count of leading "..", components, and the
- * Windows parts of a volume letter and a UNC server. Its two texts, Unix and Windows, are made and read by
- * the functions ...Encode and
- * ...Decode. A value with copy-on-write: setters take the address of the caller's handle and put a private
- * copy there if the record is shared.
+ * Windows parts of a volume letter and a UNC server. Its two texts, Unix and Windows, are made by the
+ * functions ...Encode and read by ...Decode. A value with copy-on-write: setters take the address of the
+ * caller's handle and put a private copy there if the record is shared.
  *
  * Paths order by UNC server (none first), volume letter, leading "..", components, flags. The text form is
  * for display only: the path in square brackets, with "\" as separator if a volume or UNC flag is set and "/"

@@ -32,7 +32,7 @@ QV_STAT *qvStatCreateFrom( QV_STAT *stat )
     QV_CHECK( stat );
     auto *copy = qv::create<QV_STAT>( qvStatSort() );
     copy->size = stat->size;
-    copy->modificationTime = qv::Local<QV_TIME>::share( stat->modificationTime ).give();
+    copy->modificationTime = qv::retainedOptional( stat->modificationTime );
     return copy;
 }
 
@@ -68,7 +68,7 @@ void qvStatDelSize( QV_STAT **stat )
 QV_TIME *qvStatModificationTime( QV_STAT *stat )
 {
     QV_CHECK( stat );
-    return qv::Local<QV_TIME>::share( stat->modificationTime ).give();
+    return qv::retainedOptional( stat->modificationTime );
 }
 
 QV_BOOL qvStatHasModificationTime( QV_STAT *stat )
