@@ -121,6 +121,17 @@ inline bool isStore( qvObj entry )
     return entry->sort == &qv___sort_QV_STORE;
 }
 
+// An entry, which may be null, as the one or the other kind, or null; borrowed.
+inline QV_STORE *entryAsStore( qvObj entry )
+{
+    return entry && isStore( entry ) ? static_cast<QV_STORE *>( entry ) : nullptr;
+}
+
+inline QV___STORE_VALUE *entryAsValue( qvObj entry )
+{
+    return entry && !isStore( entry ) ? static_cast<QV___STORE_VALUE *>( entry ) : nullptr;
+}
+
 inline bool storeIsManaged( const QV_STORE *store )
 {
     return ( store->hints & QV_STORE_HINT_ARRAY_MANAGED ) != 0;

@@ -3,20 +3,20 @@
 #include <qv/base/qv_string.hh>
 #include <qv/runtime/qv_local.hh>
 
-// Reading and editing by address. Each function has six forms of the address; the five that aren't a string make one and
-// call the form that takes it.
+// Reading and editing by address, with a string as the address. The other five forms of the address stand in
+// qv_store_address_forms.cc.
 
 namespace
 {
 
-QV_STORE *asStore( qvObj entry )
+QV_STORE *storeAt( QV_STORE *store, QV_STRING *address )
 {
-    return entry && qv::isStore( entry ) ? qvStoreFrom( entry ) : nullptr;
+    return qv::entryAsStore( qv::storeEntry( store, address ) );
 }
 
-QV___STORE_VALUE *asValue( qvObj entry )
+QV___STORE_VALUE *valueAt( QV_STORE *store, QV_STRING *address )
 {
-    return entry && !qv::isStore( entry ) ? qv___StoreValueFrom( entry ) : nullptr;
+    return qv::entryAsValue( qv::storeEntry( store, address ) );
 }
 
 // Sets a value that is handed over.
@@ -30,12 +30,12 @@ void setGivenValue( QV_STORE **store, QV_STRING *address, QV___STORE_VALUE *give
 
 QV___STORE_VALUE *qv___StoreValue( QV_STORE *store, QV_STRING *address )
 {
-    return qv::retainedOptional( asValue( qv::storeEntry( store, address ) ) );
+    return qv::retainedOptional( valueAt( store, address ) );
 }
 
 QV_BOOL qv___StoreHasValue( QV_STORE *store, QV_STRING *address )
 {
-    return QV_BOOL_FROM( asValue( qv::storeEntry( store, address ) ) );
+    return QV_BOOL_FROM( valueAt( store, address ) );
 }
 
 void qv___StoreSetValue( QV_STORE **store, QV_STRING *address, QV___STORE_VALUE *value )
@@ -51,20 +51,20 @@ QV_BOOL qvStoreHasAddress( QV_STORE *store, QV_STRING *address )
 
 QV_STRING *qvStoreValue( QV_STORE *store, QV_STRING *address )
 {
-    QV___STORE_VALUE *value = asValue( qv::storeEntry( store, address ) );
+    QV___STORE_VALUE *value = valueAt( store, address );
     return value ? qv::retained( value->value ) : nullptr;
 }
 
 QV_BOOL qvStoreValueNull( QV_STORE *store, QV_STRING *address )
 {
-    QV___STORE_VALUE *value = asValue( qv::storeEntry( store, address ) );
+    QV___STORE_VALUE *value = valueAt( store, address );
     return value ? qv___StoreValueValueNull( value ) : QV_FALSE;
 }
 
 QV_BOOL qvStoreValueBool( QV_STORE *store, QV_BOOL *out, QV_STRING *address )
 {
     QV_CHECK( out );
-    if ( QV___STORE_VALUE *value = asValue( qv::storeEntry( store, address ) ) )
+    if ( QV___STORE_VALUE *value = valueAt( store, address ) )
         return qv___StoreValueValueBool( value, out );
     *out = QV_FALSE;
     return QV_FALSE;
@@ -73,7 +73,7 @@ QV_BOOL qvStoreValueBool( QV_STORE *store, QV_BOOL *out, QV_STRING *address )
 QV_BOOL qvStoreValueInt( QV_STORE *store, QV_INT *out, QV_STRING *address )
 {
     QV_CHECK( out );
-    if ( QV___STORE_VALUE *value = asValue( qv::storeEntry( store, address ) ) )
+    if ( QV___STORE_VALUE *value = valueAt( store, address ) )
         return qv___StoreValueValueInt( value, out );
     *out = -1;
     return QV_FALSE;
@@ -82,7 +82,7 @@ QV_BOOL qvStoreValueInt( QV_STORE *store, QV_INT *out, QV_STRING *address )
 QV_BOOL qvStoreValueReal( QV_STORE *store, double *out, QV_STRING *address )
 {
     QV_CHECK( out );
-    if ( QV___STORE_VALUE *value = asValue( qv::storeEntry( store, address ) ) )
+    if ( QV___STORE_VALUE *value = valueAt( store, address ) )
         return qv___StoreValueValueReal( value, out );
     *out = 0.0;
     return QV_FALSE;
@@ -95,12 +95,12 @@ QV_BOOL qvStoreHasValue( QV_STORE *store, QV_STRING *address )
 
 QV_STORE *qvStoreStore( QV_STORE *store, QV_STRING *address )
 {
-    return qv::retainedOptional( asStore( qv::storeEntry( store, address ) ) );
+    return qv::retainedOptional( storeAt( store, address ) );
 }
 
 QV_BOOL qvStoreHasStore( QV_STORE *store, QV_STRING *address )
 {
-    return QV_BOOL_FROM( asStore( qv::storeEntry( store, address ) ) );
+    return QV_BOOL_FROM( storeAt( store, address ) );
 }
 
 void qvStoreSetValue( QV_STORE **store, QV_STRING *address, QV_STRING *value )

@@ -10,14 +10,12 @@ namespace
 
 QV_STORE *storeAt( QV_STORE *store, QV_INT idx )
 {
-    qvObj entry = qv::storeEntryAt( store, idx );
-    return qv::isStore( entry ) ? qvStoreFrom( entry ) : nullptr;
+    return qv::entryAsStore( qv::storeEntryAt( store, idx ) );
 }
 
 QV___STORE_VALUE *valueAt( QV_STORE *store, QV_INT idx )
 {
-    qvObj entry = qv::storeEntryAt( store, idx );
-    return qv::isStore( entry ) ? nullptr : qv___StoreValueFrom( entry );
+    return qv::entryAsValue( qv::storeEntryAt( store, idx ) );
 }
 
 // Values that are handed over.
