@@ -8,10 +8,6 @@
 #include <qv/runtime/qv_local.hh>
 #include <qv/unicode/qv_unicode_lookups.hh>
 
-extern "C" {
-extern qv___Sort qv___sort_QV_LOCATION;
-}
-
 namespace
 {
 
@@ -83,14 +79,11 @@ QV_INT shifted( QV_INT from, QV_INT by )
 QV_LOCATION *createLocation( const Reader *reader, Place place )
 {
     QV_LOCATION *base = reader->base;
-    auto *location = qv::create<QV_LOCATION>( &qv___sort_QV_LOCATION );
-    location->description = base && base->description ? qv::retained( base->description ) : nullptr;
-    location->path = base && base->path ? qv::retained( base->path ) : nullptr;
-    location->line = shifted( base && base->line != -1 ? base->line : 1, place.line );
+    QV_INT firstLine = base && base->line != -1 ? base->line : 1;
     // Only the first line goes on where the base stands.
     QV_INT firstColumn = place.line == 0 && base && base->column != -1 ? base->column : 1;
-    location->column = shifted( firstColumn, place.column );
-    return location;
+    return qv::locationCreate( base ? base->description : nullptr, base ? base->path : nullptr,
+                               shifted( firstLine, place.line ), shifted( firstColumn, place.column ) );
 }
 
 bool failAtPlace( Reader *reader, QV_STORE_DECODE_ERROR_CODE code, Place place )

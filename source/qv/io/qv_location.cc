@@ -11,16 +11,6 @@ QV_SORT_DEFINE( QV_LOCATION, qvLocation,
 namespace
 {
 
-QV_LOCATION *createLocation( QV_STRING *description, QV_PATH *path, QV_INT line, QV_INT column )
-{
-    auto *loc = qv::create<QV_LOCATION>( qvLocationSort() );
-    loc->description = qv::Local<QV_STRING>::share( description ).give();
-    loc->path = qv::Local<QV_PATH>::share( path ).give();
-    loc->line = line;
-    loc->column = column;
-    return loc;
-}
-
 // Adds to a line or column of a private location, which is not -1. On overflow it becomes -1.
 QV_BOOL addTo( QV_INT *number, QV_INT increment )
 {
@@ -30,6 +20,16 @@ QV_BOOL addTo( QV_INT *number, QV_INT increment )
 }
 
 } // namespace
+
+QV_LOCATION *qv::locationCreate( QV_STRING *description, QV_PATH *path, QV_INT line, QV_INT column )
+{
+    auto *loc = create<QV_LOCATION>( qvLocationSort() );
+    loc->description = retainedOptional( description );
+    loc->path = retainedOptional( path );
+    loc->line = line;
+    loc->column = column;
+    return loc;
+}
 
 void qv___LocationFreeFunc( qvObj thisObj )
 {
@@ -62,25 +62,25 @@ QV_STRING *qv___LocationToStringFunc( qvObj thisObj )
 
 QV_LOCATION *qvLocationCreate( void )
 {
-    return createLocation( nullptr, nullptr, -1, -1 );
+    return qv::locationCreate( nullptr, nullptr, -1, -1 );
 }
 
 QV_LOCATION *qvLocationCreateFrom( QV_LOCATION *loc )
 {
     QV_CHECK( loc );
-    return createLocation( loc->description, loc->path, loc->line, loc->column );
+    return qv::locationCreate( loc->description, loc->path, loc->line, loc->column );
 }
 
 QV_LOCATION *qvLocationCreateWithDescription( QV_STRING *description )
 {
     QV_CHECK( description );
-    return createLocation( description, nullptr, -1, -1 );
+    return qv::locationCreate( description, nullptr, -1, -1 );
 }
 
 QV_LOCATION *qvLocationCreateWithPath( QV_PATH *path )
 {
     QV_CHECK( path );
-    return createLocation( nullptr, path, -1, -1 );
+    return qv::locationCreate( nullptr, path, -1, -1 );
 }
 
 QV_LOCATION *qvLocationCreateWithLineOffsetAndColumn( QV_LOCATION *optionalLocation, QV_INT lineOffset,
@@ -90,15 +90,15 @@ QV_LOCATION *qvLocationCreateWithLineOffsetAndColumn( QV_LOCATION *optionalLocat
     QV_CHECK( optionalColumn == -1 || optionalColumn > 0 );
     QV_INT line = optionalLocation && optionalLocation->line != -1 ? optionalLocation->line : 1;
     QV_CHECK( QV_INT_ADD_OK( line, lineOffset ) );
-    return createLocation( optionalLocation ? optionalLocation->description : nullptr,
-                           optionalLocation ? optionalLocation->path : nullptr, line + lineOffset,
-                           optionalColumn );
+    return qv::locationCreate( optionalLocation ? optionalLocation->description : nullptr,
+                               optionalLocation ? optionalLocation->path : nullptr, line + lineOffset,
+                               optionalColumn );
 }
 
 QV_STRING *qvLocationDescription( QV_LOCATION *loc )
 {
     QV_CHECK( loc );
-    return qv::Local<QV_STRING>::share( loc->description ).give();
+    return qv::retainedOptional( loc->description );
 }
 
 QV_BOOL qvLocationHasDescription( QV_LOCATION *loc )
@@ -127,7 +127,7 @@ void qvLocationDelDescription( QV_LOCATION **loc )
 QV_PATH *qvLocationPath( QV_LOCATION *loc )
 {
     QV_CHECK( loc );
-    return qv::Local<QV_PATH>::share( loc->path ).give();
+    return qv::retainedOptional( loc->path );
 }
 
 QV_BOOL qvLocationHasPath( QV_LOCATION *loc )

@@ -18,4 +18,13 @@ struct qv___Location : qv___Obj
 void qv___LocationFreeFunc( qvObj thisObj );
 QV_STRING *qv___LocationToStringFunc( qvObj thisObj );
 
+namespace qv
+{
+
+// A new location with all its fields. It retains description and path, which may be null; line and column are each -1 or
+// at least 1.
+QV_LOCATION *locationCreate( QV_STRING *description, QV_PATH *path, QV_INT line, QV_INT column );
+
+} // namespace qv
+
 #endif
