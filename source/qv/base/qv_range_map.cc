@@ -125,6 +125,7 @@ void qv___RangeMapDelete( QV_RANGE_MAP *map, QV_INT idx, QV_INT count )
         qv::release( map->ranges[at].value );
     moveRanges( map->ranges + idx, map->ranges + idx + count, map->length - idx - count );
     map->length -= count;
+    qv___RangeMapCompact( map );
 }
 
 void qv___RangeMapCompact( QV_RANGE_MAP *map )
@@ -405,7 +406,6 @@ void qvRangeMapDelRangeKey( QV_RANGE_MAP **map, QV_INT startingKey, QV_INT endin
     QV_INT count;
     QV_INT idx = cutOut( *map, startingKey, endingKey, &count );
     qv___RangeMapDelete( *map, idx, count );
-    qv___RangeMapCompact( *map );
 }
 
 void qvRangeMapDelIntKey( QV_RANGE_MAP **map, QV_INT key )

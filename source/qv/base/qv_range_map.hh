@@ -46,10 +46,10 @@ void qv___RangeMapCollapseWithHint( QV_RANGE_MAP *map, QV_INT idx );
 // Opens one slot at idx; the length grows by 1 and the caller fills the slot.
 void qv___RangeMapMakeRoom( QV_RANGE_MAP *map, QV_INT idx );
 
-// Deletes count ranges at idx and releases their values.
+// Deletes count ranges at idx and releases their values; the array may move.
 void qv___RangeMapDelete( QV_RANGE_MAP *map, QV_INT idx, QV_INT count );
 
-// Gives spare ranges back after a delete.
+// Gives spare ranges back after a delete or a collapse.
 void qv___RangeMapCompact( QV_RANGE_MAP *map );
 
 #endif

@@ -231,6 +231,31 @@ TEST( RangeMap, ReachesBothEndsOfTheIntegers )
     EXPECT_EQ( 1, qvRangeMapLength( map ) );
 }
 
+TEST( RangeMap, EveryEditThatDeletesGivesSpareRangesBack )
+{
+    constexpr QV_INT count = 200;
+    Map full( qvRangeMapCreate() );
+    for ( QV_INT key = 0; key < count; ++key )
+        set( &full, 2 * key, 2 * key, "a" );
+    struct
+    {
+        const char *name;
+        void ( *edit )( Map *map );
+        QV_INT length;
+    } edits[] = {
+        { "deleted", []( Map *map ) { qvRangeMapDelRangeKey( map->edit(), 0, count ); }, count / 2 - 1 },
+        { "covered", []( Map *map ) { set( map, 0, count, "b" ); }, count / 2 },
+    };
+    for ( const auto &row : edits )
+    {
+        Map map( qvRangeMapCreateFrom( full ) );
+        QV_INT before = map->alloc;
+        row.edit( &map );
+        EXPECT_EQ( row.length, qvRangeMapLength( map ) ) << row.name;
+        EXPECT_EQ( before - 64, map->alloc ) << row.name;
+    }
+}
+
 TEST( RangeMap, ValuesMayHaveNoOtherHolder )
 {
     Map map( qvRangeMapCreate() );
