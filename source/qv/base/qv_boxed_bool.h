@@ -1,8 +1,7 @@
 #ifndef QV_BASE_QV_BOXED_BOOL_H
 #define QV_BASE_QV_BOXED_BOOL_H
 
-/* Truth values as objects, for vectors and dictionaries. There are only two of them. False comes before true.
- */
+/* Truth values as objects, for vectors and dictionaries. There are only two of them; false comes first. */
 
 #include <qv/runtime/qv_obj.h>
 

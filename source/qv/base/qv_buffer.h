@@ -61,8 +61,7 @@ QV_API QV_INT qvBufferBitLength( QV_BUFFER *buf );
 /* True if the length is a whole number of bytes. */
 QV_API QV_BOOL qvBufferBitIsAligned( QV_BUFFER *buf );
 
-/* How much can be added before the length in bits exceeds the largest integer: in whole bytes, and in bits.
- */
+/* How much can be added before the length in bits exceeds the largest integer, in whole bytes and in bits. */
 QV_API QV_INT qvBufferSpace( QV_BUFFER *buf );
 QV_API QV_INT qvBufferBitSpace( QV_BUFFER *buf );
 
@@ -121,8 +120,7 @@ QV_API void qvBufferBitWriteByte( QV_BUFFER **buf, QV_INT bitIdx, unsigned char 
 QV_API void qvBufferWriteByteRun( QV_BUFFER **buf, QV_INT byteIdx, unsigned char value, QV_INT byteCount );
 QV_API void qvBufferBitWriteByteRun( QV_BUFFER **buf, QV_INT bitIdx, unsigned char value, QV_INT byteCount );
 
-/* Overwrites from the index on with byteCount bytes of memory, which must not be the storage of the buffer.
- */
+/* Overwrites from the index on with byteCount bytes of memory, which must not be the buffer's own storage. */
 QV_API void qvBufferWriteBytes( QV_BUFFER **buf, QV_INT byteIdx, const unsigned char *bytes,
                                 QV_INT byteCount );
 QV_API void qvBufferBitWriteBytes( QV_BUFFER **buf, QV_INT bitIdx, const unsigned char *bytes,
@@ -157,13 +155,13 @@ QV_API void qvBufferBitInsertLeading( QV_BUFFER **buf, QV_INT bitIdx, QV_BUFFER 
 QV_API void qvBufferInsertTrailing( QV_BUFFER **buf, QV_INT byteIdx, QV_BUFFER *src, QV_INT byteCount );
 QV_API void qvBufferBitInsertTrailing( QV_BUFFER **buf, QV_INT bitIdx, QV_BUFFER *src, QV_INT bitCount );
 
-/* Inserts all of src but a range, the head and the tail closed up at the index. */
+/* Inserts at the index all of src but a range, the head and the tail closed up. */
 QV_API void qvBufferInsertOuter( QV_BUFFER **buf, QV_INT byteIdx, QV_BUFFER *src, QV_INT byteOffset,
                                  QV_INT byteCount );
 QV_API void qvBufferBitInsertOuter( QV_BUFFER **buf, QV_INT bitIdx, QV_BUFFER *src, QV_INT bitOffset,
                                     QV_INT bitCount );
 
-/* Inserts the low bitCount bits of value, 0 to 64, the highest of them first at the index. */
+/* Inserts at the index the low bitCount bits of value, 0 to 64, the highest of them first. */
 QV_API void qvBufferInsertBits( QV_BUFFER **buf, QV_INT byteIdx, QV_INT value, QV_INT bitCount );
 QV_API void qvBufferBitInsertBits( QV_BUFFER **buf, QV_INT bitIdx, QV_INT value, QV_INT bitCount );
 
@@ -175,17 +173,17 @@ QV_API void qvBufferBitInsertByte( QV_BUFFER **buf, QV_INT bitIdx, unsigned char
 QV_API void qvBufferInsertByteRun( QV_BUFFER **buf, QV_INT byteIdx, unsigned char value, QV_INT byteCount );
 QV_API void qvBufferBitInsertByteRun( QV_BUFFER **buf, QV_INT bitIdx, unsigned char value, QV_INT byteCount );
 
-/* Inserts byteCount bytes of memory, which must not be the storage of the buffer at the index. */
+/* Inserts at the index byteCount bytes of memory, which must not be the buffer's own storage. */
 QV_API void qvBufferInsertBytes( QV_BUFFER **buf, QV_INT byteIdx, const unsigned char *bytes,
                                  QV_INT byteCount );
 QV_API void qvBufferBitInsertBytes( QV_BUFFER **buf, QV_INT bitIdx, const unsigned char *bytes,
                                     QV_INT byteCount );
 
-/* Inserts zero bits, by bytes or bits at the index. */
+/* Inserts at the index zero bits, by bytes or bits. */
 QV_API void qvBufferInsertZero( QV_BUFFER **buf, QV_INT byteIdx, QV_INT byteCount );
 QV_API void qvBufferBitInsertZero( QV_BUFFER **buf, QV_INT bitIdx, QV_INT bitCount );
 
-/* Inserts one bits, by bytes or bits at the index. */
+/* Inserts at the index one bits, by bytes or bits. */
 QV_API void qvBufferInsertOne( QV_BUFFER **buf, QV_INT byteIdx, QV_INT byteCount );
 QV_API void qvBufferBitInsertOne( QV_BUFFER **buf, QV_INT bitIdx, QV_INT bitCount );
 
@@ -205,11 +203,11 @@ QV_API void qvBufferBitPrependLeading( QV_BUFFER **buf, QV_BUFFER *src, QV_INT b
 QV_API void qvBufferPrependTrailing( QV_BUFFER **buf, QV_BUFFER *src, QV_INT byteCount );
 QV_API void qvBufferBitPrependTrailing( QV_BUFFER **buf, QV_BUFFER *src, QV_INT bitCount );
 
-/* Inserts all of src but a range, the head and the tail closed up at the front. */
+/* Inserts at the front all of src but a range, the head and the tail closed up. */
 QV_API void qvBufferPrependOuter( QV_BUFFER **buf, QV_BUFFER *src, QV_INT byteOffset, QV_INT byteCount );
 QV_API void qvBufferBitPrependOuter( QV_BUFFER **buf, QV_BUFFER *src, QV_INT bitOffset, QV_INT bitCount );
 
-/* Inserts the low bitCount bits of value, 0 to 64, the highest of them first at the front. */
+/* Inserts at the front the low bitCount bits of value, 0 to 64, the highest of them first. */
 QV_API void qvBufferPrependBits( QV_BUFFER **buf, QV_INT value, QV_INT bitCount );
 QV_API void qvBufferBitPrependBits( QV_BUFFER **buf, QV_INT value, QV_INT bitCount );
 
@@ -221,15 +219,15 @@ QV_API void qvBufferBitPrependByte( QV_BUFFER **buf, unsigned char value );
 QV_API void qvBufferPrependByteRun( QV_BUFFER **buf, unsigned char value, QV_INT byteCount );
 QV_API void qvBufferBitPrependByteRun( QV_BUFFER **buf, unsigned char value, QV_INT byteCount );
 
-/* Inserts byteCount bytes of memory, which must not be the storage of the buffer at the front. */
+/* Inserts at the front byteCount bytes of memory, which must not be the buffer's own storage. */
 QV_API void qvBufferPrependBytes( QV_BUFFER **buf, const unsigned char *bytes, QV_INT byteCount );
 QV_API void qvBufferBitPrependBytes( QV_BUFFER **buf, const unsigned char *bytes, QV_INT byteCount );
 
-/* Inserts zero bits, by bytes or bits at the front. */
+/* Inserts at the front zero bits, by bytes or bits. */
 QV_API void qvBufferPrependZero( QV_BUFFER **buf, QV_INT byteCount );
 QV_API void qvBufferBitPrependZero( QV_BUFFER **buf, QV_INT bitCount );
 
-/* Inserts one bits, by bytes or bits at the front. */
+/* Inserts at the front one bits, by bytes or bits. */
 QV_API void qvBufferPrependOne( QV_BUFFER **buf, QV_INT byteCount );
 QV_API void qvBufferBitPrependOne( QV_BUFFER **buf, QV_INT bitCount );
 
@@ -251,11 +249,11 @@ QV_API void qvBufferBitAppendLeading( QV_BUFFER **buf, QV_BUFFER *src, QV_INT bi
 QV_API void qvBufferAppendTrailing( QV_BUFFER **buf, QV_BUFFER *src, QV_INT byteCount );
 QV_API void qvBufferBitAppendTrailing( QV_BUFFER **buf, QV_BUFFER *src, QV_INT bitCount );
 
-/* Adds all of src but a range, the head and the tail closed up behind the last bit. */
+/* Adds behind the last bit all of src but a range, the head and the tail closed up. */
 QV_API void qvBufferAppendOuter( QV_BUFFER **buf, QV_BUFFER *src, QV_INT byteOffset, QV_INT byteCount );
 QV_API void qvBufferBitAppendOuter( QV_BUFFER **buf, QV_BUFFER *src, QV_INT bitOffset, QV_INT bitCount );
 
-/* Adds the low bitCount bits of value, 0 to 64, the highest of them first behind the last bit. */
+/* Adds behind the last bit the low bitCount bits of value, 0 to 64, the highest of them first. */
 QV_API void qvBufferAppendBits( QV_BUFFER **buf, QV_INT value, QV_INT bitCount );
 QV_API void qvBufferBitAppendBits( QV_BUFFER **buf, QV_INT value, QV_INT bitCount );
 
@@ -267,15 +265,15 @@ QV_API void qvBufferBitAppendByte( QV_BUFFER **buf, unsigned char value );
 QV_API void qvBufferAppendByteRun( QV_BUFFER **buf, unsigned char value, QV_INT byteCount );
 QV_API void qvBufferBitAppendByteRun( QV_BUFFER **buf, unsigned char value, QV_INT byteCount );
 
-/* Adds byteCount bytes of memory, which must not be the storage of the buffer behind the last bit. */
+/* Adds behind the last bit byteCount bytes of memory, which must not be the buffer's own storage. */
 QV_API void qvBufferAppendBytes( QV_BUFFER **buf, const unsigned char *bytes, QV_INT byteCount );
 QV_API void qvBufferBitAppendBytes( QV_BUFFER **buf, const unsigned char *bytes, QV_INT byteCount );
 
-/* Adds zero bits, by bytes or bits behind the last bit. */
+/* Adds behind the last bit zero bits, by bytes or bits. */
 QV_API void qvBufferAppendZero( QV_BUFFER **buf, QV_INT byteCount );
 QV_API void qvBufferBitAppendZero( QV_BUFFER **buf, QV_INT bitCount );
 
-/* Adds one bits, by bytes or bits behind the last bit. */
+/* Adds behind the last bit one bits, by bytes or bits. */
 QV_API void qvBufferAppendOne( QV_BUFFER **buf, QV_INT byteCount );
 QV_API void qvBufferBitAppendOne( QV_BUFFER **buf, QV_INT bitCount );
 

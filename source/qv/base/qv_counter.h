@@ -24,8 +24,7 @@ QV_API void qvCounterDecrement( QV_COUNTER *ctr );
 /* Returns once the value is 0. */
 QV_API void qvCounterWaitZero( QV_COUNTER *ctr );
 
-/* The same for at most timeout milliseconds, -1 without a limit. True if the value was 0, false on time-out.
- */
+/* The same for at most timeout milliseconds, -1 without a limit. True if the value was 0, else false. */
 QV_API QV_BOOL qvCounterWaitZeroTimed( QV_COUNTER *ctr, QV_INT timeout );
 
 QV_END_DECLS

@@ -27,7 +27,8 @@
  *   c       QV_CHAR                             the character
  *   i       QV_INT                              an integer, base 10 unless given
  *   X       QV_INT                              an integer, base 16 unless given
- *   A       QV_INT, 0 to the precision          zero-padded to the width of the precision's value
+ *   A       QV_INT, 0 to the precision          an integer, zero-padded to the width of the precision's
+ *                                               value, which is QV_INT_MAX unless given
  *   r       double                              a real; the precision counts its decimals, 6 unless given
  *   o       object, may be null                 the object's text
  *   s       QV_STRING *, may be null            the string
@@ -85,11 +86,12 @@ QV_API QV_STRING *qvFormatEncodeChars( const QV_CHAR *src, QV_INT srcLength, QV_
                                        QV_FORMAT_FLAGS flags );
 
 /* The decoders read a value at the start of a text and return whether there was one. They skip white space
- * around it. *value is the value read, *consumed the number of characters used; both pointers may be null,
- * and both are 0 if there was nothing to read. A caller who wants the whole text to be a number compares
- * *consumed with its length. Bad text never stops the process. base is -1, which reads a prefix such as 0x or
- * 16: and takes 10 without one, or lies in 2 to 36. srcOffset and srcLength select a range of src, which must
- * lie inside it. */
+ * around it. *value is the value read, 0 or QV_FALSE if there was none; *consumed is the number of
+ * characters up to where reading stopped, also if there was none, so that white space, a sign or a base
+ * prefix may count. Both pointers may be null. A caller who wants the whole text to be a number compares
+ * *consumed with its length. Bad text never stops the process. base is -1, which reads a prefix such as 0x
+ * or 16: and takes 10 without one, or lies in 2 to 36. srcOffset and srcLength select a range of src, which
+ * must lie inside it. */
 
 /* A sign, then digits. A digit that would overflow ends the number: the result is true, *value what was read
  * before. */

@@ -14,8 +14,8 @@ QV_BEGIN_DECLS
 QV_API QV_BOOL qvNameUpperCaseOk( QV_STRING *qvs, QV_BOOL allowPrivate );
 
 /* Whether a name consists of "a" to "z", "A" to "Z" and "0" to "9" and begins with a small letter. With
- * allowPrivate one run of three "_" with a capital behind it is allowed before the last three positions if
- * fewer than two capitals stand before it. */
+ * allowPrivate one run of three "_" with a capital behind it is allowed, also as the beginning, if fewer than
+ * two capitals stand before it. */
 QV_API QV_BOOL qvNameCamelCaseOk( QV_STRING *qvs, QV_BOOL allowPrivate );
 
 /* Whether a name follows either rule. */

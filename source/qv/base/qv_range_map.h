@@ -45,8 +45,7 @@ QV_API qvObj qvRangeMapObjAt( QV_RANGE_MAP *map, QV_INT idx );
 QV_API qvObj qvRangeMapIntKey( QV_RANGE_MAP *map, QV_INT key );
 QV_API QV_BOOL qvRangeMapHasIntKey( QV_RANGE_MAP *map, QV_INT key );
 
-/* Every key from startingKey to endingKey, or the one key, maps to value from now on. The value is retained.
- */
+/* Every key from startingKey to endingKey, or the one key, maps to value from now on. value is retained. */
 QV_API void qvRangeMapSetRangeKey( QV_RANGE_MAP **map, QV_INT startingKey, QV_INT endingKey, qvObj value );
 QV_API void qvRangeMapSetIntKey( QV_RANGE_MAP **map, QV_INT key, qvObj value );
 
