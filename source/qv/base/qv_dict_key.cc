@@ -69,8 +69,9 @@ template <typename ORDER> Place bisect( const QV_DICT *dict, ORDER orderOf )
     return { high, false };
 }
 
-// Integers and strings, the common keys, go without a compare function and, where they can, without a branch: what a
-// bisection asks is a coin toss, which costs a processor more when it guesses wrong than the compare itself.
+// Integers and strings, the common keys, go without a compare function and, where they can, without a branch:
+// what a bisection asks is a coin toss, which costs a processor more when it guesses wrong than the compare
+// itself.
 
 QV_INT intOf( const qv___DictPair &pair )
 {

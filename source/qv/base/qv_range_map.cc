@@ -321,8 +321,9 @@ QV_BOOL qvRangeMapHasIntKey( QV_RANGE_MAP *map, QV_INT key )
 namespace
 {
 
-// Cuts what overlaps the range from startingKey to endingKey, which the map's bounds don't exclude, so that every range
-// lies wholly inside or outside. Returns the position of the first one inside, and how many there are through count.
+// Cuts what overlaps the range from startingKey to endingKey, which the map's bounds don't exclude, so that
+// every range lies wholly inside or outside. Returns the position of the first one inside, and how many there
+// are through count.
 QV_INT cutOut( QV_RANGE_MAP *map, QV_INT startingKey, QV_INT endingKey, QV_INT *count )
 {
     QV_INT idx = qv___RangeMapFindAfterKey( map, startingKey );
@@ -380,7 +381,8 @@ void qvRangeMapSetRangeKey( QV_RANGE_MAP **map, QV_INT startingKey, QV_INT endin
     QV_CHECK( *map );
     QV_CHECK( startingKey <= endingKey );
     QV_CHECK( value );
-    // Retained before the copy is made and before what is covered goes: the value may be the map itself or a value in it.
+    // Retained before the copy is made and before what is covered goes: the value may be the map itself or a
+    // value in it.
     qv::Local<qv___Obj> given = qv::Local<qv___Obj>::share( value );
     qv::makePrivate( map, qvRangeMapCreateFrom );
     QV_RANGE_MAP *own = *map;

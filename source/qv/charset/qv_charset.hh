@@ -13,8 +13,8 @@ extern QV_DICT *qv___CharsetFromWindowsCodePageDict; // boxed integers to boxed 
 extern QV_DICT *qv___CharsetToWindowsCodePageDict;
 extern QV_FLAGSET *qv___CharsetFlagsFlagset;
 
-// Enter one charset into the registry. Texts are ASCII and zero-terminated; an entry that stands there already is
-// overwritten.
+// Enter one charset into the registry. Texts are ASCII and zero-terminated; an entry that stands there
+// already is overwritten.
 void qv___CharsetRegisterCharset( QV_CHARSET cs, const char *enumerantName, const char *ianaName );
 void qv___CharsetRegisterAlias( QV_CHARSET cs, const char *alias );
 void qv___CharsetRegisterWindowsCodePage( QV_CHARSET cs, QV_INT codePage );

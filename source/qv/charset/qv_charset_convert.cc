@@ -1,5 +1,5 @@
-// Streams by charset, and whole conversions. The latter feed the coders without streams in between, straight into the
-// storage of the result.
+// Streams by charset, and whole conversions. The latter feed the coders without streams in between, straight
+// into the storage of the result.
 
 #include <qv/charset/qv_charset.h>
 
@@ -24,7 +24,8 @@ constexpr QV_INT shortText = 1024;
 // The most characters that a conversion sets aside in advance.
 constexpr QV_INT advanceChars = 67108864;
 
-// Asks the platform for large pages behind a large block, where they save most of the time that a first touch costs.
+// Asks the platform for large pages behind a large block, where they save most of the time that a first touch
+// costs.
 void adviseLargePages( void *block, QV_INT size )
 {
     constexpr uintptr_t pageSize = 2 << 20;
@@ -83,8 +84,8 @@ template <typename T> class Storage
     QV_INT capacity_;
 };
 
-// A string on an array that it takes over, as qvStringCreateFromCharsUse without its look at every character: a decoder
-// yields nothing invalid.
+// A string on an array that it takes over, as qvStringCreateFromCharsUse without its look at every character:
+// a decoder yields nothing invalid.
 QV_STRING *stringOn( QV_CHAR *chars, QV_INT length )
 {
     auto *text = qv::create<QV_STRING>( qvStringSort() );
@@ -211,8 +212,8 @@ bool encodeWithMark( QV_CHARSET charset, QV_CHARSET_FLAGS flags, qv::EncodeSpan 
 // The most bytes that a character takes in any form.
 constexpr QV_INT longestChar = 4;
 
-// Bytes enough for a text and a mark: up to a size the most that can be, whose unused part costs nothing, beyond it
-// what UTF-8 needs, which is often a quarter.
+// Bytes enough for a text and a mark: up to a size the most that can be, whose unused part costs nothing,
+// beyond it what UTF-8 needs, which is often a quarter.
 QV_INT formRoom( QV_CHARSET charset, const QV_CHAR *chars, QV_INT count )
 {
     QV_CHECK( QV_INT_MUL_OK( count + 1, longestChar ) );

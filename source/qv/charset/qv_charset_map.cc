@@ -14,7 +14,8 @@ namespace
 // A run of plain characters at least this long skips the normalizer.
 constexpr QV_INT shortestPlainRun = 16;
 
-// The last starters of a text, which a normalizer holds back: one as the base of a composition, one before it is sorted.
+// The last starters of a text, which a normalizer holds back: one as the base of a composition, one before it
+// is sorted.
 constexpr QV_INT heldBack = 2;
 
 // The byte of a plain character, 0 for any other.

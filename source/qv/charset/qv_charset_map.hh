@@ -18,7 +18,8 @@ typedef struct qv___CharsetMapCharSinkClosure QV___CHARSET_MAP_CHAR_SINK_CLOSURE
 namespace qv
 {
 
-// One byte charset. Invariant of the tables: the two directions are exact inverses, and character 0 is byte 0.
+// One byte charset. Invariant of the tables: the two directions are exact inverses, and character 0 is byte
+// 0.
 struct ByteMap
 {
     qv___CharsetMapByteToCharFunc byteToChar;
@@ -59,10 +60,12 @@ inline bool isPlain( const ByteMap &map, QV_CHAR ch )
     return ch < 0x10000 && map.pages[map.plainPageOf[ch >> 8]][ch & 0xFF] != 0;
 }
 
-// Decodes until the bytes or the room are used up; false if an invalid byte, then used up, ends the conversion.
+// Decodes until the bytes or the room are used up; false if an invalid byte, then used up, ends the
+// conversion.
 bool mapDecode( const ByteMap &map, OnInvalid invalid, DecodeSpan *span );
 
-// Encodes leading plain characters, at most count of them; bytes has room for count. Returns how many there were.
+// Encodes leading plain characters, at most count of them; bytes has room for count. Returns how many there
+// were.
 QV_INT mapEncodePlain( const ByteMap &map, const QV_CHAR *chars, QV_INT count, unsigned char *bytes );
 
 // The table of a map function, null if it is none of the library's.
@@ -78,8 +81,8 @@ struct ByteTarget
     bool ( *makeRoom )( ByteTarget *target );
 };
 
-// Encodes text in normal form C. Characters that composition can't touch skip the normalizer; what waits there, and what
-// comes out of it when, is the same as if all text went through it.
+// Encodes text in normal form C. Characters that composition can't touch skip the normalizer; what waits
+// there, and what comes out of it when, is the same as if all text went through it.
 class MapEncoder
 {
   public:

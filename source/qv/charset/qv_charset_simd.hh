@@ -1,8 +1,8 @@
 #ifndef QV_CHARSET_QV_CHARSET_SIMD_HH
 #define QV_CHARSET_QV_CHARSET_SIMD_HH
 
-// Blocks of ASCII, sixteen characters at a time: with vector instructions where every processor of the platform has them,
-// with whole words elsewhere.
+// Blocks of ASCII, sixteen characters at a time: with vector instructions where every processor of the
+// platform has them, with whole words elsewhere.
 
 #include <qv/sys/qv_types.h>
 
@@ -33,9 +33,9 @@ inline void storeFour( uint32_t word, unsigned char *bytes )
     std::memcpy( bytes, &word, sizeof( word ) );
 }
 
-// Each of these stores a block and returns the mask of the places whose character isn't ASCII, lowest bit first: bytes as
-// characters, which stand for themselves in every place, and characters as bytes, of which those that aren't ASCII
-// become anything.
+// Each of these stores a block and returns the mask of the places whose character isn't ASCII, lowest bit
+// first: bytes as characters, which stand for themselves in every place, and characters as bytes, of which
+// those that aren't ASCII become anything.
 namespace portable
 {
 
@@ -113,8 +113,8 @@ inline unsigned narrowBlock( const QV_CHAR *chars, unsigned char *bytes )
     return ~static_cast<unsigned>( _mm_movemask_epi8( _mm_packs_epi16( ab, cd ) ) ) & 0xFFFFu;
 }
 
-// Stores four characters from 0x800 to 0xFFFF as twelve bytes of UTF-8, and undefined bytes up to the fourteenth. False if
-// they aren't such characters; nothing is stored then.
+// Stores four characters from 0x800 to 0xFFFF as twelve bytes of UTF-8, and undefined bytes up to the
+// fourteenth. False if they aren't such characters; nothing is stored then.
 inline bool encodeFourOfThree( const QV_CHAR *chars, unsigned char *bytes )
 {
     const __m128i four = _mm_loadu_si128( reinterpret_cast<const __m128i *>( chars ) );

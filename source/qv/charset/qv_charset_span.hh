@@ -1,8 +1,8 @@
 #ifndef QV_CHARSET_QV_CHARSET_SPAN_HH
 #define QV_CHARSET_QV_CHARSET_SPAN_HH
 
-// The coders of the Unicode forms over plain memory. Streams feed them from their caches, whole conversions feed them a
-// whole text; both get the same characters and bytes.
+// The coders of the Unicode forms over plain memory. Streams feed them from their caches, whole conversions
+// feed them a whole text; both get the same characters and bytes.
 
 #include <qv/charset/qv_charset.h>
 
@@ -60,11 +60,12 @@ class Utf8Decoder
     // flags are normalized.
     Utf8Decoder( QV_CHARSET_FLAGS flags, QV_INT state, bool started );
 
-    // Runs until the bytes or the room are used up. False if an invalid character ends the conversion; the bytes that
-    // make it invalid are used up, and what was decoded before it counts.
+    // Runs until the bytes or the room are used up. False if an invalid character ends the conversion; the
+    // bytes that make it invalid are used up, and what was decoded before it counts.
     bool decode( DecodeSpan *span );
 
-    // To call when the bytes have ended and there is room for one character: reports a sequence that lacks its end, once.
+    // To call when the bytes have ended and there is room for one character: reports a sequence that lacks
+    // its end, once.
     bool finish( DecodeSpan *span );
 
     QV_INT state() const
@@ -93,8 +94,8 @@ class Utf8Decoder
     QV_CHAR bits_ = 0;   // what its bytes have brought so far
 };
 
-// Encodes UTF-8 until the characters are used up or the next one finds no room. Surrogates pass; a character from 0x110000
-// up is invalid, and false tells that it ends the conversion.
+// Encodes UTF-8 until the characters are used up or the next one finds no room. Surrogates pass; a character
+// from 0x110000 up is invalid, and false tells that it ends the conversion.
 bool utf8Encode( EncodeSpan *span, OnInvalid invalid );
 
 // Bytes that a character takes, 3 for an invalid one.
@@ -120,7 +121,8 @@ template <typename Unit> class UnitDecoder
     // Runs until less than a unit is left or the room is used up. False as above.
     bool decode( DecodeSpan *span );
 
-    // To call when the bytes have ended and there is room for one character: reports an incomplete unit, once.
+    // To call when the bytes have ended and there is room for one character: reports an incomplete unit,
+    // once.
     bool finish( DecodeSpan *span );
 
     bool littleEndian() const
@@ -144,7 +146,8 @@ template <typename Unit> class UnitDecoder
 extern template class UnitDecoder<uint16_t>;
 extern template class UnitDecoder<uint32_t>;
 
-// Encodes UTF-16 or UTF-32 until the characters or the room are used up. A value from 0x110000 up becomes U+FFFD.
+// Encodes UTF-16 or UTF-32 until the characters or the room are used up. A value from 0x110000 up becomes
+// U+FFFD.
 template <typename Unit> void unitEncode( EncodeSpan *span, bool littleEndian );
 
 extern template void unitEncode<uint16_t>( EncodeSpan *span, bool littleEndian );

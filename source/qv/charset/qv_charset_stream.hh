@@ -31,7 +31,8 @@ template <typename Closure> inline bool drainCache( Closure *csc )
     return length == 0 || qvByteSinkWriteBytes( csc->byteSink, csc->cache, length );
 }
 
-// The end of every flush: the cache and then the byte sink itself, so that true means that the bytes have arrived.
+// The end of every flush: the cache and then the byte sink itself, so that true means that the bytes have
+// arrived.
 template <typename Closure> inline QV_BOOL flushCache( Closure *csc )
 {
     return QV_BOOL_FROM( drainCache( csc ) && qvByteSinkFlush( csc->byteSink ) );

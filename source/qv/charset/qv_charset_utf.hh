@@ -88,8 +88,9 @@ void qv___CharsetUtf16CharSinkClosureFreeFunc( qvObj thisObj );
 void qv___CharsetUtf32CharSourceClosureFreeFunc( qvObj thisObj );
 void qv___CharsetUtf32CharSinkClosureFreeFunc( qvObj thisObj );
 
-// New streams over a byte stream, which they retain. flags are normalized. Of each width the first form looks for a byte
-// order mark and is little endian without one; the others have a fixed order and take a mark as a character.
+// New streams over a byte stream, which they retain. flags are normalized. Of each width the first form looks
+// for a byte order mark and is little endian without one; the others have a fixed order and take a mark as a
+// character.
 QV_CHAR_SOURCE *qv___CharsetUtf8CharSourceCreate( QV_BYTE_SOURCE *byteSource, QV_CHARSET_FLAGS flags );
 QV_CHAR_SINK *qv___CharsetUtf8CharSinkCreate( QV_BYTE_SINK *byteSink, QV_CHARSET_FLAGS flags );
 QV_CHAR_SOURCE *qv___CharsetUtf16CharSourceCreate( QV_BYTE_SOURCE *byteSource, QV_CHARSET_FLAGS flags );

@@ -43,8 +43,8 @@ inline QV_CHAR fourOf( uint32_t word )
     return ( word & 0x07 ) << 18 | ( word << 4 & 0x3F000 ) | ( word >> 10 & 0xFC0 ) | ( word >> 24 & 0x3F );
 }
 
-// Decodes a run of good sequences of several bytes, while there are four bytes to look at. True if it stopped at an ASCII
-// byte or for lack of room, false at anything else.
+// Decodes a run of good sequences of several bytes, while there are four bytes to look at. True if it stopped
+// at an ASCII byte or for lack of room, false at anything else.
 inline bool decodeSequences( DecodeSpan *span )
 {
     const unsigned char *bytes = span->bytes;
@@ -95,7 +95,8 @@ inline bool decodeSequences( DecodeSpan *span )
     return good;
 }
 
-// Decodes good characters until something else comes, or a sequence so near the end that it can't be looked at whole.
+// Decodes good characters until something else comes, or a sequence so near the end that it can't be looked
+// at whole.
 void decodeGood( DecodeSpan *span )
 {
     DecodeSpan rest = *span;
@@ -149,8 +150,8 @@ inline QV_INT encodeChar( QV_CHAR ch, unsigned char *bytes )
     return 4;
 }
 
-// Encodes a run of valid characters that aren't ASCII, while there are four bytes of room. Each is stored as four bytes,
-// of which the next one overwrites those that are too many.
+// Encodes a run of valid characters that aren't ASCII, while there are four bytes of room. Each is stored as
+// four bytes, of which the next one overwrites those that are too many.
 inline void encodeSequences( EncodeSpan *span )
 {
     const QV_CHAR *chars = span->chars;

@@ -39,7 +39,8 @@ void qv___CharsetUtf32CharSinkClosureFreeFunc( qvObj thisObj )
 namespace
 {
 
-// What differs between the widths. A sink fills its cache up to cacheEnd while there is room for four more bytes.
+// What differs between the widths. A sink fills its cache up to cacheEnd while there is room for four more
+// bytes.
 struct Utf16
 {
     using Unit = uint16_t;
