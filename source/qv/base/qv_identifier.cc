@@ -91,8 +91,9 @@ QV_IDENTIFIER *qvIdentifierTryCreateFromString( QV_STRING *qvs )
 QV_IDENTIFIER *qvIdentifierTryCreateFromBuffer( QV_BUFFER *buffer )
 {
     QV_CHECK( buffer );
-    // Every character of an identifier is one ASCII byte, so the bytes are the characters.
-    if ( qvBufferBitLength( buffer ) != textLength * 8 )
+    // Every character of an identifier is one ASCII byte, so the bytes are the characters. As in every
+    // reading of a buffer as text, bits behind the last whole byte don't count.
+    if ( qvBufferLength( buffer ) != textLength )
         return nullptr;
     unsigned char bytes[textLength];
     qvBufferReadBytes( buffer, 0, bytes, textLength );

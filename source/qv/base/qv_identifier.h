@@ -16,7 +16,7 @@ QV_API QV_IDENTIFIER *qvIdentifierCreate( void );
 /* A new identifier with the given text; null if that isn't exactly 32 digits "0" to "9" and "A" to "F". */
 QV_API QV_IDENTIFIER *qvIdentifierTryCreateFromString( QV_STRING *qvs );
 
-/* The same from the text's ASCII bytes. */
+/* The same from the text's ASCII bytes; bits behind the last whole byte don't count. */
 QV_API QV_IDENTIFIER *qvIdentifierTryCreateFromBuffer( QV_BUFFER *buffer );
 
 /* The text, which the caller must release. */

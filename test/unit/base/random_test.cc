@@ -97,6 +97,9 @@ TEST( Identifier, RoundTrips )
         qv::Local<QV_IDENTIFIER> fromBytes( qvIdentifierTryCreateFromBuffer( bytes ) );
         EXPECT_TRUE( qvIdentifierEquals( ident, fromText ) );
         EXPECT_TRUE( qvIdentifierEquals( ident, fromBytes ) );
+        qvBufferAppendBits( bytes.edit(), 5, round % 8 );
+        qv::Local<QV_IDENTIFIER> fromBits( qvIdentifierTryCreateFromBuffer( bytes ) );
+        EXPECT_TRUE( qvIdentifierEquals( ident, fromBits ) );
         EXPECT_EQ( takeUtf8( qvIdentifierToString( fromBytes ) ), digits );
     }
     EXPECT_EQ( texts.size(), 100u );
