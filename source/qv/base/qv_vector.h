@@ -107,17 +107,17 @@ QV_API void qvVectorInsertNull( QV_VECTOR **vec, QV_INT idx );
 QV_API void qvVectorPrependNull( QV_VECTOR **vec );
 QV_API void qvVectorAppendNull( QV_VECTOR **vec );
 
-/* A boxed value. */
+/* A boxed bool. */
 QV_API void qvVectorInsertBool( QV_VECTOR **vec, QV_INT idx, QV_BOOL value );
 QV_API void qvVectorPrependBool( QV_VECTOR **vec, QV_BOOL value );
 QV_API void qvVectorAppendBool( QV_VECTOR **vec, QV_BOOL value );
 
-/* A boxed value. */
+/* A boxed integer. */
 QV_API void qvVectorInsertInt( QV_VECTOR **vec, QV_INT idx, QV_INT value );
 QV_API void qvVectorPrependInt( QV_VECTOR **vec, QV_INT value );
 QV_API void qvVectorAppendInt( QV_VECTOR **vec, QV_INT value );
 
-/* A boxed value. */
+/* A boxed real. */
 QV_API void qvVectorInsertReal( QV_VECTOR **vec, QV_INT idx, double value );
 QV_API void qvVectorPrependReal( QV_VECTOR **vec, double value );
 QV_API void qvVectorAppendReal( QV_VECTOR **vec, double value );
