@@ -152,15 +152,18 @@ QV_BOOL qvLineSinkWriteLinesTrailing( QV_LINE_SINK *sink, QV_VECTOR *lines, QV_I
 QV_BOOL qvLineSinkWriteLinesInner( QV_LINE_SINK *sink, QV_VECTOR *lines, QV_INT offset, QV_INT count )
 {
     checkRange( lines, offset, count );
-    return writeElements( sink, lines, offset, count );
+    // The sink's function may edit or drop the caller's vector.
+    auto held = qv::Local<QV_VECTOR>::share( lines );
+    return writeElements( sink, held, offset, count );
 }
 
 QV_BOOL qvLineSinkWriteLinesOuter( QV_LINE_SINK *sink, QV_VECTOR *lines, QV_INT offset, QV_INT count )
 {
     checkRange( lines, offset, count );
+    auto held = qv::Local<QV_VECTOR>::share( lines );
     QV_INT behind = offset + count;
-    return writeElements( sink, lines, 0, offset ) &&
-           writeElements( sink, lines, behind, qvVectorLength( lines ) - behind );
+    return writeElements( sink, held, 0, offset ) &&
+           writeElements( sink, held, behind, qvVectorLength( held ) - behind );
 }
 
 QV_BOOL qvLineSinkFlush( QV_LINE_SINK *sink )

@@ -312,6 +312,30 @@ TEST( LineSink, TellsOfEveryLostLine )
     }
 }
 
+TEST( LineSink, VectorsMayChangeWhileTheyAreWritten )
+{
+    static QV_VECTOR *lines;
+    auto clearLines = []( qvObj, QV_STRING * ) -> QV_BOOL {
+        qvVectorClear( &lines );
+        return QV_TRUE;
+    };
+    auto flush = []( qvObj ) -> QV_BOOL { return QV_TRUE; };
+    qv::Local<QV_LINE_SINK> sink( qv___LineSinkCreate( clearLines, flush, nullptr ) );
+    lines = qvVectorCreate();
+    for ( bool outer : { false, true } )
+    {
+        for ( const char32_t *line : { U"a", U"b", U"c" } )
+        {
+            qvVectorAppendObj( &lines, qvStringObj( test::text( line ) ) );
+        }
+        EXPECT_TRUE( outer ? qvLineSinkWriteLinesOuter( sink, lines, 1, 1 )
+                           : qvLineSinkWriteLines( sink, lines ) );
+        EXPECT_EQ( qvLineSinkLinesWritten( sink ), outer ? 5 : 3 );
+        EXPECT_EQ( qvVectorLength( lines ), 0 );
+    }
+    qvVectorRelease( lines );
+}
+
 TEST( LineSink, FlushFailureLatches )
 {
     Tap tap;
