@@ -41,12 +41,10 @@ QV_STORE_DECODE_RESULT *decodeLegacyText( QV_BUFFER *buffer, QV_LOCATION * )
 
 // The encodings that the library has, in the order in which bytes of an unknown one are tried.
 constexpr qv::StoreCodec codecs[] = {
-    { QV_STORE_ENCODING_HEADERLESS_STANDARD, qv___StoreEncodeStandard, qv::decodeStoreStandard, nullptr,
-      nullptr },
-    { QV_STORE_ENCODING_HEADERLESS_JSON, qv::encodeStoreJson, qv::decodeStoreJson, qv::jsonErrorLocation,
-      qv::jsonErrorToMessage },
-    { QV_STORE_ENCODING_HEADERLESS_LEGACY_BINARY, encodeLegacyBinary, decodeLegacyBinary, nullptr, nullptr },
-    { QV_STORE_ENCODING_HEADERLESS_LEGACY_TEXT, encodeLegacyText, decodeLegacyText, nullptr, nullptr },
+    { QV_STORE_ENCODING_HEADERLESS_STANDARD, qv___StoreEncodeStandard, qv::decodeStoreStandard },
+    { QV_STORE_ENCODING_HEADERLESS_JSON, qv::encodeStoreJson, qv::decodeStoreJson },
+    { QV_STORE_ENCODING_HEADERLESS_LEGACY_BINARY, encodeLegacyBinary, decodeLegacyBinary },
+    { QV_STORE_ENCODING_HEADERLESS_LEGACY_TEXT, encodeLegacyText, decodeLegacyText },
 };
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <qv/io/qv_location.h>
 #include <qv/io/qv_message.h>
 #include <qv/io/qv_store_header.h>
+#include <qv/json/qv_json_decode.h>
 #include <qv/runtime/qv_local.hh>
 
 // Results of decodings and their errors.
@@ -96,10 +97,8 @@ QV_STORE_DECODE_ERROR *qvStoreDecodeErrorCreateWithHeaderDecodeError( QV_HEADER_
 QV_STORE_DECODE_ERROR *qvStoreDecodeErrorCreateWithJsonDecodeError( QV_JSON_DECODE_ERROR *err )
 {
     QV_CHECK( err );
-    const qv::StoreCodec *codec = qv::storeCodec( QV_STORE_ENCODING_HEADERLESS_JSON );
-    QV_CHECK( codec );
     QV_STORE_DECODE_ERROR *wrapper =
-        createError( QV_STORE_DECODE_ERROR_CODE_JSON_ENCODING, codec->errorLocation( qv::objOf( err ) ) );
+        createError( QV_STORE_DECODE_ERROR_CODE_JSON_ENCODING, qvJsonDecodeErrorLocation( err ) );
     wrapper->jsonDecodeError = qv::retained( err );
     return wrapper;
 }
@@ -150,8 +149,7 @@ QV_MESSAGE *qvStoreDecodeErrorToMessage( QV_STORE_DECODE_ERROR *err )
 {
     QV_CHECK( err );
     if ( err->jsonDecodeError )
-        return qv::storeCodec( QV_STORE_ENCODING_HEADERLESS_JSON )
-            ->errorToMessage( qv::objOf( err->jsonDecodeError ) );
+        return qvJsonDecodeErrorToMessage( err->jsonDecodeError );
     if ( err->headerDecodeError )
         return qvHeaderDecodeErrorToMessage( err->headerDecodeError );
     qv::Local<QV_STRING> text( qvStoreDecodeErrorCodeMessageText( err->code ) );

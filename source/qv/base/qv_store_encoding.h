@@ -132,17 +132,16 @@ QV_API QV_STORE_DECODE_ERROR *qvStoreDecodeResultError( QV_STORE_DECODE_RESULT *
 QV_API QV_BOOL qvStoreDecodeResultHasError( QV_STORE_DECODE_RESULT *result );
 
 /* The bytes of a store in the encoding that the header names, QV_STORE_ENCODING_STANDARD when it names
- * none. The header is written in front unless the encoding is headerless. An encoding that the library
- * can't write stops the process. */
+ * none. The header is written in front unless the encoding is headerless. */
 QV_API QV_BUFFER *qvStoreEncode( QV_STORE *store, QV_STORE_HEADER *header );
 
-/* The bytes of a store alone. enc is headerless; any other stops the process, and so does an encoding that
- * the library can't write. */
+/* The bytes of a store alone. enc is headerless; any other stops the process. */
 QV_API QV_BUFFER *qvStoreEncodeHeaderless( QV_STORE *store, QV_STORE_ENCODING enc );
 
 /* Decodes bytes with or without a header. Without a header, or when it names no encoding, the encodings
- * are tried in turn. location is that of the first byte and may be null. Never null; the first error ends
- * the decoding. */
+ * are tried in turn; the last of them, legacy text, takes any bytes, so that a text with a fault may come
+ * back as a store of few or no entries. location is that of the first byte and may be null. Never null; the
+ * first error ends the decoding. */
 QV_API QV_STORE_DECODE_RESULT *qvStoreDecode( QV_BUFFER *buffer, QV_LOCATION *location );
 
 /* Decodes likewise; null on a failure. headerOut may be null; otherwise the handle there is released if
@@ -150,8 +149,7 @@ QV_API QV_STORE_DECODE_RESULT *qvStoreDecode( QV_BUFFER *buffer, QV_LOCATION *lo
 QV_API QV_STORE *qvStoreTryDecode( QV_BUFFER *buffer, QV_LOCATION *location, QV_STORE_HEADER **headerOut );
 
 /* Decodes bytes in exactly one encoding. enc is headerless; any other stops the process. location is that
- * of the first byte and may be null. Never null. An encoding that the library can't read is
- * QV_STORE_DECODE_ERROR_CODE_ENCODING. */
+ * of the first byte and may be null. Never null. */
 QV_API QV_STORE_DECODE_RESULT *qvStoreDecodeHeaderless( QV_BUFFER *buffer, QV_LOCATION *location,
                                                         QV_STORE_ENCODING enc );
 

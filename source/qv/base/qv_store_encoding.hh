@@ -47,11 +47,6 @@ struct StoreCodec
 
     // Decodes the whole buffer; never null. location, that of the first byte, may be null.
     QV_STORE_DECODE_RESULT *( *decode )( QV_BUFFER *buffer, QV_LOCATION *location );
-
-    // The location, or null, and the message of an error record of the encoding's own decoder; null functions for an
-    // encoding that has no such records.
-    QV_LOCATION *( *errorLocation )( qvObj error );
-    QV_MESSAGE *( *errorToMessage )( qvObj error );
 };
 
 // The codec of a headerless encoding, null for one that the library doesn't have.

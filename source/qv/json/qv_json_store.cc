@@ -300,13 +300,3 @@ QV_STORE_DECODE_RESULT *qv::decodeStoreJson( QV_BUFFER *buffer, QV_LOCATION *loc
     Local<QV_STORE> store( qvJsonConvertToStore( result->value ) );
     return qvStoreDecodeResultCreateSuccess( store, nullptr );
 }
-
-QV_LOCATION *qv::jsonErrorLocation( qvObj error )
-{
-    return qvJsonDecodeErrorLocation( qvJsonDecodeErrorFrom( error ) );
-}
-
-QV_MESSAGE *qv::jsonErrorToMessage( qvObj error )
-{
-    return qvJsonDecodeErrorToMessage( qvJsonDecodeErrorFrom( error ) );
-}

@@ -13,12 +13,9 @@ QV___STORE_VALUE *qv___JsonConvertValueToStoreValue( QV_JSON_VALUE *value );
 namespace qv
 {
 
-// The functions of the codec: writes a store with default options, reads one, and tells the location, which may be null,
-// and the message of a QV_JSON_DECODE_ERROR.
+// The functions of the codec: writes a store with default options, and reads one.
 void encodeStoreJson( QV_STORE *store, QV_BYTE_SINK *sink );
 QV_STORE_DECODE_RESULT *decodeStoreJson( QV_BUFFER *buffer, QV_LOCATION *location );
-QV_LOCATION *jsonErrorLocation( qvObj error );
-QV_MESSAGE *jsonErrorToMessage( qvObj error );
 
 } // namespace qv
 
