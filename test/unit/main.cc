@@ -5,6 +5,8 @@
 
 #include <qv/runtime/qv_runtime.h>
 
+#include "support/child.hh"
+
 namespace
 {
 
@@ -22,13 +24,18 @@ void printLine( const QV_CHAR *chs, QV_INT chsLength )
 
 } // namespace
 
+void test::startRuntime()
+{
+    qvRuntimeStartup( QV_RUNTIME_FLAG_OBJECT_DATABASE | QV_RUNTIME_FLAG_SNAPSHOT_SORT |
+                          QV_RUNTIME_FLAG_SNAPSHOT_OBJECT | QV_RUNTIME_FLAG_SNAPSHOT_OBJECT_TOSTRING,
+                      -1, printLine, "qv_unit", "QV unit tests", "1" );
+}
+
 int main( int argc, char **argv )
 {
     testing::InitGoogleTest( &argc, argv );
     testing::GTEST_FLAG( death_test_style ) = "threadsafe";
-    qvRuntimeStartup( QV_RUNTIME_FLAG_OBJECT_DATABASE | QV_RUNTIME_FLAG_SNAPSHOT_SORT |
-                          QV_RUNTIME_FLAG_SNAPSHOT_OBJECT | QV_RUNTIME_FLAG_SNAPSHOT_OBJECT_TOSTRING,
-                      -1, printLine, "qv_unit", "QV unit tests", "1" );
+    test::startRuntime();
     int result = RUN_ALL_TESTS();
     qvRuntimeShutdown();
     if ( printedLines > 0 )

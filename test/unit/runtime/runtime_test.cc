@@ -146,11 +146,10 @@ void keepLine( const QV_CHAR *chs, QV_INT chsLength )
     printed += '\n';
 }
 
-// Restarts the runtime in a child process with other flags, and writes what it prints to standard error.
+// Starts the runtime in a child process with other flags, and writes what it prints to standard error.
 test::ChildResult runWithFlags( QV_INT flags, void ( *body )() )
 {
     return test::runInChild( [=] {
-        qvRuntimeShutdown();
         printed.clear();
         qvRuntimeStartup( flags, -1, keepLine, nullptr, nullptr, nullptr );
         body();
@@ -235,9 +234,9 @@ TEST( Lifecycle, StartsAndStopsManyTimes )
     test::ChildResult result = test::runInChild( [] {
         for ( int round = 0; round < 200; round++ )
         {
-            qvRuntimeShutdown();
             qvRuntimeStartup( round % 2 ? QV_RUNTIME_FLAG_MEMORY_DEBUG : QV_RUNTIME_FLAG_OBJECT_DATABASE, 0,
                               nullptr, nullptr, nullptr, nullptr );
+            qvRuntimeShutdown();
         }
         return qvSortObjects( qvAlertSort() ) == 0 ? 0 : 1;
     } );

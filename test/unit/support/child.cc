@@ -3,6 +3,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <qv/runtime/qv_runtime.h>
+
 namespace test
 {
 
@@ -13,6 +15,7 @@ ChildResult runInChild( const std::function<int()> &function )
     {
         return { -1, "no pipe" };
     }
+    qvRuntimeShutdown();
     pid_t child = fork();
     if ( child == 0 )
     {
@@ -21,6 +24,7 @@ ChildResult runInChild( const std::function<int()> &function )
         close( ends[1] );
         _exit( function() );
     }
+    startRuntime();
     close( ends[1] );
     ChildResult result = { -1, "" };
     char block[4096];

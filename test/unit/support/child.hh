@@ -15,7 +15,11 @@ struct ChildResult
     std::string output; // what the child wrote to standard error
 };
 
-// The function's result is the child's exit code.
+// Starts the runtime as each program of tests does; main.cc has it.
+void startRuntime();
+
+// The function's result is the child's exit code. It starts without a runtime: a child has none of the parent's threads, so
+// the parent's runtime stops before the fork and starts again behind it. The test holds no objects at that time.
 ChildResult runInChild( const std::function<int()> &function );
 
 } // namespace test
