@@ -82,8 +82,8 @@ void reportFailure( tool::Tool &tool, QV_STORE_DECODE_RESULT *result, QV_BUFFER 
     tool.report( message );
 }
 
-// The text between the header's lines, and its place. The library tries all encodings on it and then can't say which
-// line is wrong; as standard text, which is what a header holds, it can.
+// The text between the header's lines as standard text, which is what a header holds: the library tries all encodings on
+// it, and so can't say which line is wrong.
 tool::Owner<QV_STORE_DECODE_RESULT> decodeHeaderText( QV_BUFFER *bytes, QV_LOCATION *file )
 {
     std::string_view rest( reinterpret_cast<const char *>( qvBufferBacking( bytes ) ),
@@ -220,10 +220,17 @@ std::optional<DataFile> loadData( Tool &tool, const std::string &name, QV_STORE_
     if ( !failure )
     {
         Owner header( qvHeaderDecodeResultHeader( headed ) );
+        Owner content( qvHeaderStore( header ) );
+        // Lines with a fault come back as legacy text, which has no place, and without what they say.
+        Owner text = decodeHeaderText( file.bytes, place );
+        if ( !qvStoreHasLocation( content ) && !qvStoreDecodeResultIsSuccess( text ) )
+        {
+            reportFailure( tool, text, file.bytes, place );
+            return std::nullopt;
+        }
         file.header = Owner( qvStoreHeaderTryDecodeFromHeader( header ) );
         if ( !file.header )
         {
-            Owner content( qvHeaderStore( header ) );
             String named( qvStoreValueCstr( content, "encoding", -1 ) );
             tool.error( Owner( qvStoreLocation( content ) ),
                         "the header names an unknown encoding: " + textOf( std::move( named ) ) );
