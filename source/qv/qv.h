@@ -98,6 +98,12 @@
 #include <qv/runtime/qv_module_version.h>
 #include <qv/runtime/qv_obj.h>
 #include <qv/runtime/qv_runtime.h>
+#include <qv/runtime/qv_runtime_hardware.h>
+#include <qv/runtime/qv_runtime_info.h>
+#include <qv/runtime/qv_runtime_install_info.h>
+#include <qv/runtime/qv_runtime_os.h>
+#include <qv/runtime/qv_runtime_paths.h>
+#include <qv/runtime/qv_runtime_variant.h>
 #include <qv/runtime/qv_sort.h>
 #include <qv/sys/qv_abort.h>
 #include <qv/sys/qv_chars.h>

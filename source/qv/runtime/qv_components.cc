@@ -34,6 +34,12 @@
 #include <qv/json/qv_json_options.hh>
 #include <qv/json/qv_json_value.hh>
 #include <qv/runtime/qv_obj.hh>
+#include <qv/runtime/qv_runtime_hardware.hh>
+#include <qv/runtime/qv_runtime_info.hh>
+#include <qv/runtime/qv_runtime_os.hh>
+#include <qv/runtime/qv_runtime_paths.hh>
+#include <qv/runtime/qv_runtime_platform.hh>
+#include <qv/runtime/qv_runtime_variant.hh>
 #include <qv/runtime/qv_version.hh>
 #include <qv/sys/qv_mem.hh>
 #include <qv/sys/qv_timestamp.hh>
@@ -108,6 +114,10 @@ constexpr Component components[] = {
     QV___COMPONENT( Timezone, Stop::inReverse ),
     QV___COMPONENT( Random, Stop::inReverse ),
     QV___COMPONENT( RuntimeFlags, Stop::inReverse ),
+    QV___COMPONENT( RuntimePath, Stop::inReverse ),
+    QV___COMPONENT( RuntimeOs, Stop::inReverse ),
+    QV___COMPONENT( RuntimeHardware, Stop::inReverse ),
+    QV___COMPONENT( RuntimeVariant, Stop::inReverse ),
     QV___COMPONENT( UnicodeNormalForm, Stop::inReverse ),
     QV___COMPONENT( UnicodeGenc, Stop::inReverse ),
     QV___COMPONENT( UnicodeCccv, Stop::inReverse ),
@@ -121,6 +131,9 @@ constexpr Component components[] = {
     QV___COMPONENT( HeaderDecodeErrorCode, Stop::inReverse ),
     QV___COMPONENT( MessageLevel, Stop::inReverse ),
     QV___COMPONENT( NlfFlags, Stop::inReverse ),
+    QV___COMPONENT( RuntimeComputerName, Stop::inReverse ),
+    QV___COMPONENT( RuntimeComputerInfo, Stop::inReverse ),
+    QV___COMPONENT( RuntimeUserInformation, Stop::inReverse ),
     QV___COMPONENT( JsonFlags, Stop::inReverse ),
     QV___COMPONENT( JsonType, Stop::inReverse ),
     QV___COMPONENT( JsonValue, Stop::inReverse ),
@@ -129,6 +142,7 @@ constexpr Component components[] = {
     QV___COMPONENT( TagMatchType, Stop::inOrder ),
     QV___COMPONENT( TagRewriteOperationType, Stop::inOrder ),
     QV___COMPONENT( TagSet, Stop::inOrder ),
+    QV___COMPONENT( RuntimePlatform, Stop::inReverse ),
     QV___COMPONENT( ThreadPriority, Stop::inReverse ),
     QV___COMPONENT( Thread, Stop::inReverse ),
     QV___COMPONENT( Timer, Stop::inReverse ),

@@ -9,11 +9,12 @@
 #include <qv/base/qv_vector.h>
 #include <qv/runtime/qv_local.hh>
 #include <qv/runtime/qv_print.hh>
+#include <qv/runtime/qv_runtime_hardware.h>
+#include <qv/runtime/qv_runtime_os.h>
+#include <qv/runtime/qv_runtime_variant.h>
 #include <qv/runtime/qv_sort.h>
 #include <qv/runtime/qv_version.hh>
 #include <qv/sys/qv_int.h>
-
-#include <qv_build.hh>
 
 namespace
 {
@@ -93,11 +94,10 @@ void qv___RuntimeSnapshotHeader()
     qv___RuntimePrintFormatCstr( "Product   : %lc", -1, qv___RuntimeVersionProductNameCstr() );
     qv___RuntimePrintFormatCstr( "Friendly  : %lc", -1, qv___RuntimeVersionProductFriendlyNameCstr() );
     qv___RuntimePrintFormatCstr( "Version   : %~s", -1, qvRuntimeVersionProductVersion() );
-    qv___RuntimePrintFormatCstr( "OS        : %~s", -1, qvStringCreateFromCstr( QV___BUILD_OS_NAME, -1 ) );
+    qv___RuntimePrintFormatCstr( "OS        : %~s", -1, qvRuntimeOsFriendlyName( qvRuntimeOs() ) );
     qv___RuntimePrintFormatCstr( "Hardware  : %~s", -1,
-                                 qvStringCreateFromCstr( QV___BUILD_HARDWARE_NAME, -1 ) );
-    qv___RuntimePrintFormatCstr( "Variant   : %~s", -1,
-                                 qvStringCreateFromCstr( QV___BUILD_VARIANT_NAME, -1 ) );
+                                 qvRuntimeHardwareFriendlyName( qvRuntimeHardware() ) );
+    qv___RuntimePrintFormatCstr( "Variant   : %~s", -1, qvRuntimeVariantFriendlyName( qvRuntimeVariant() ) );
     qv___RuntimePrintFormatCstr( "Build Time: %lc", -1, qv___RuntimeVersionProductBuildTimeCstr() );
     qv___RuntimePrintCstr( ruler, -1 );
 }

@@ -67,6 +67,8 @@
 #include <qv/json/qv_json_value.h>
 #include <qv/runtime/qv_module.h>
 #include <qv/runtime/qv_module_version.h>
+#include <qv/runtime/qv_runtime_install_info.h>
+#include <qv/runtime/qv_runtime_paths.h>
 #include <qv/runtime/qv_sort.h>
 #include <qv/tag/qv_tag_definition.h>
 #include <qv/tag/qv_tag_definition_set.h>
@@ -162,6 +164,8 @@ const Row rows[] = {
     ROW( QV_PRIORITY_MAP, qvPriorityMap, free | compare ),
     ROW( QV_RANGE_MAP, qvRangeMap, free | compare | toString ),
     ROW( QV_REGION, qvRegion, free ),
+    ROW( QV_RUNTIME_INSTALL_INFO, qvRuntimeInstallInfo, free ),
+    ROW( QV_RUNTIME_PATHS, qvRuntimePaths, free ),
     ROW( QV_SIGNAL, qvSignal, free ),
     ROW( QV_SIGNALABLE, qvSignalable, free ),
     ROW( QV_SORT, qvSort, free | compare | toString ),
