@@ -1,13 +1,12 @@
 #include <qv/runtime/qv_runtime.hh>
 
-#include <qv/base/qv_dict.h>
 #include <qv/base/qv_flagset.hh>
-#include <qv/base/qv_monitor.hh>
 #include <qv/base/qv_string.h>
 #include <qv/base/qv_vector.h>
 #include <qv/runtime/qv_local.hh>
 #include <qv/runtime/qv_module.h>
 #include <qv/runtime/qv_print.hh>
+#include <qv/runtime/qv_runtime_modules.hh>
 #include <qv/sys/qv_int.h>
 
 namespace
@@ -56,20 +55,7 @@ constexpr DependentFlags dependentFlags[] = {
 
 // Written during startup and shutdown, while there is one thread, and only read in between.
 constinit QV_RUNTIME_FLAGS qv___RuntimeFlags = 0;
-constinit QV_INT qv___RuntimeUnloadModuleTimeout = defaultUnloadModuleTimeout;
 constinit QV_FLAGSET *qv___RuntimeFlagsFlagset = nullptr;
-
-constinit QV_MONITOR *qv___RuntimeLoadMonitor = nullptr;          // serializes loading and unloading
-constinit QV_MONITOR *qv___RuntimeLoadedModulesMonitor = nullptr; // guards the tables of loaded modules
-constinit QV_DICT *qv___RuntimeLoadedModulesDict = nullptr;
-constinit QV_VECTOR *qv___RuntimeLoadedModulesVector = nullptr;
-
-void enterOwnModule()
-{
-    qv::Local<QV_STRING> name( qvModuleName( &qv___module ) );
-    qvDictSetStringKey( &qv___RuntimeLoadedModulesDict, name, qvModuleObj( &qv___module ) );
-    qvVectorAppendObj( &qv___RuntimeLoadedModulesVector, qvModuleObj( &qv___module ) );
-}
 
 // The results of a snapshot function for all loaded modules, in load order.
 QV_VECTOR *snapshotOfModules( QV_VECTOR *( *snapshotOf )( QV_MODULE *module ) )
@@ -144,23 +130,16 @@ void qvRuntimeStartup( QV_RUNTIME_FLAGS flags, QV_INT optionalUnloadModuleTimeou
 {
     QV_CHECK( optionalUnloadModuleTimeout >= -1 );
     qv___RuntimeFlags = qvRuntimeFlagsNormalize( flags );
-    qv___RuntimeUnloadModuleTimeout =
-        optionalUnloadModuleTimeout == -1 ? defaultUnloadModuleTimeout : optionalUnloadModuleTimeout;
     qv___RuntimePrintStartup( printFunc );
     qv___RuntimeComponentsStartup( applicationIdentifier, applicationFriendlyName, applicationVersion );
-    qv___RuntimeLoadMonitor = qvMonitorCreate();
-    qv___RuntimeLoadedModulesMonitor = qvMonitorCreate();
-    qv___RuntimeLoadedModulesDict = qvDictCreate();
-    qv___RuntimeLoadedModulesVector = qvVectorCreate();
-    enterOwnModule();
+    qv___RuntimeModulesStartup( optionalUnloadModuleTimeout == -1 ? defaultUnloadModuleTimeout
+                                                                  : optionalUnloadModuleTimeout );
 }
 
 void qvRuntimeShutdown( void )
 {
-    qv::retire( &qv___RuntimeLoadMonitor );
-    qv::retire( &qv___RuntimeLoadedModulesMonitor );
-    qv::retire( &qv___RuntimeLoadedModulesDict );
-    qv::retire( &qv___RuntimeLoadedModulesVector );
+    qvRuntimeUnloadAllModules();
+    qv___RuntimeModulesShutdown();
     qv___RuntimeComponentsShutdown();
     bool asksForReport = ( qv___RuntimeFlags & QV___RUNTIME_SNAPSHOT_MASK ) != 0;
     if ( asksForReport && QV___RETAIN_COUNT_VALUE( qv___module.sortsCount ) > 0 )
@@ -169,12 +148,6 @@ void qvRuntimeShutdown( void )
     }
     qv___RuntimePrintShutdown();
     qv___RuntimeFlags = 0;
-}
-
-QV_VECTOR *qvRuntimeModulesVector( void )
-{
-    qv::Entered entered( qv___RuntimeLoadedModulesMonitor );
-    return qv::retained( qv___RuntimeLoadedModulesVector );
 }
 
 QV_VECTOR *qvRuntimeSnapshotSorts( void )

@@ -3,6 +3,8 @@
 
 /* The start and the end of the library, its flags, its version and the rules for product data. */
 
+#include <wchar.h>
+
 #include <qv/runtime/qv_handles.h>
 
 QV_BEGIN_DECLS
@@ -53,6 +55,28 @@ QV_API QV_MODULE *qvModule( void );
 
 /* The loaded modules in load order, the library itself first; owned by the caller. Later loads don't change it. */
 QV_API QV_VECTOR *qvRuntimeModulesVector( void );
+
+/* The loaded module of a name, owned by the caller, or null. */
+QV_API QV_MODULE *qvRuntimeModule( QV_STRING *moduleName );
+
+/* Modules by name: loads what isn't loaded yet, after the modules that it depends on, and then the modules that extend
+ * what is loaded. True if the module, or every one of several, is loaded afterwards; the first failure ends the walk, and
+ * what was loaded by then stays. Several names stand in a vector of strings, or in a text separated by single blanks,
+ * whose length is in bytes or wide characters, -1 up to the terminator. Every name must be valid (qvModuleNameOk), and no
+ * module may depend on itself on any way, else the process stops. Not to be called from a hook of a module. */
+QV_API QV_BOOL qvRuntimeTryLoadModule( QV_STRING *moduleName );
+QV_API QV_BOOL qvRuntimeTryLoadModulesVector( QV_VECTOR *moduleNames );
+QV_API QV_BOOL qvRuntimeTryLoadModules( QV_STRING *text );
+QV_API QV_BOOL qvRuntimeTryLoadModulesCstr( const char *str, QV_INT length );
+QV_API QV_BOOL qvRuntimeTryLoadModulesWcstr( const wchar_t *str, QV_INT length );
+
+/* The same for a module that is linked into the host. It must be built for this product, and none of its name may be
+ * loaded, else the process stops. */
+QV_API QV_BOOL qvRuntimeTryRegisterModule( QV_MODULE *module );
+
+/* Unloads all modules but the library itself, the last one first, each after its objects have gone. A module whose
+ * objects outlive the time-out given at startup stops the process. */
+QV_API void qvRuntimeUnloadAllModules( void );
 
 /* All sorts with live objects, or all live objects, of all modules, in a new vector owned by the caller; null unless the
  * object database is on. */
