@@ -1,4 +1,4 @@
-// Loading, registering and unloading modules. Each case restarts the runtime in a child process and compares all that the
+// Loading, registering and unloading modules. Each case starts the runtime in a child process and compares all that the
 // modules' hooks and the runtime print.
 
 #include <gtest/gtest.h>
@@ -55,7 +55,6 @@ test::ChildResult run( const std::function<void()> &body, QV_INT flags = 0, QV_I
                        const char *modules = QV_TEST_MODULES )
 {
     return test::runInChild( [&] {
-        qvRuntimeShutdown();
         setenv( "JN_QV_BIN_PATH", modules, 1 );
         qvRuntimeStartup( flags, timeout, printLine, nullptr, nullptr, nullptr );
         body();
@@ -88,7 +87,7 @@ TEST( Modules, DiamondWithExtensions )
     };
     EXPECT_EQ( "start bottom\nstart left\nstart right\nstart top\nstart extra\nstart more\n"
                "top: loaded\ntop: loaded\n"
-               "<qv,bottom,left,right,top,extra,more>\nA module of the tests\nnone\ndepends\n"
+               "<qv, bottom, left, right, top, extra, more>\nA module of the tests\nnone\ndepends\n"
                "prepare more\nprepare extra\nprepare top\nprepare right\nprepare left\nprepare bottom\n"
                "shutdown more\nfinalize more\nshutdown extra\nfinalize extra\nshutdown top\nfinalize top\n"
                "shutdown right\nfinalize right\nshutdown left\nfinalize left\nshutdown bottom\n"
@@ -99,7 +98,7 @@ TEST( Modules, DiamondWithExtensions )
         load( "extra" );
         say( loadedModules() );
     };
-    EXPECT_EQ( "start extra\nextra: loaded\n<qv,extra>\nprepare extra\nshutdown extra\nfinalize extra\n",
+    EXPECT_EQ( "start extra\nextra: loaded\n<qv, extra>\nprepare extra\nshutdown extra\nfinalize extra\n",
                outputOf( without, QV_RUNTIME_FLAG_NO_MODULE_EXTENSIONS ) );
 }
 
@@ -128,7 +127,7 @@ TEST( Modules, FailuresLeaveTheTablesAlone )
         say( loadedModules() );
     };
     EXPECT_EQ( "nowhere: failed\nnosymbol: failed\nrenamed: failed\nnewer: failed\n<qv>\n"
-               "start bottom\norphan: failed\nstart refusing\nrefusing: failed\n<qv,bottom>\n"
+               "start bottom\norphan: failed\nstart refusing\nrefusing: failed\n<qv, bottom>\n"
                "prepare bottom\nshutdown bottom\nfinalize bottom\n",
                outputOf( body ) );
 }
@@ -146,7 +145,7 @@ TEST( Modules, SeveralNamesAtOnce )
     };
     std::string output = outputOf( body );
     EXPECT_EQ( 0u, output.find( "yes\nstart more\nstart bottom\nyes\nstart left\nno\nstart right\nyes\n"
-                                "<qv,more,bottom,left,right>\n" ) )
+                                "<qv, more, bottom, left, right>\n" ) )
         << output;
     EXPECT_DEATH( qvRuntimeTryLoadModulesCstr( "more  left", -1 ), "areModuleNames" );
     EXPECT_DEATH( qvRuntimeTryLoadModule( text( "Bad" ) ), "qvModuleNameOk" );

@@ -147,7 +147,6 @@ std::string pathsWith( const std::map<std::string, std::string> &variables, QV_I
                        const char *product )
 {
     test::ChildResult result = test::runInChild( [&] {
-        qvRuntimeShutdown();
         clearenv();
         for ( const auto &[name, value] : variables )
         {
