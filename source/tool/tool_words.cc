@@ -55,7 +55,7 @@ std::string grouped( long long number )
     for ( size_t place = digits.size(); place > 3 + ( number < 0 ); )
     {
         place -= 3;
-        digits.insert( place, "," );
+        digits.insert( place, 1, ',' );
     }
     return digits;
 }
