@@ -37,6 +37,7 @@ add_compile_definitions( _GNU_SOURCE _FILE_OFFSET_BITS=64 _TIME_BITS=64 )
 
 if( QV_M32 )
     add_compile_options( -m32 -msse2 -mfpmath=sse )
+    set( CMAKE_SIZEOF_VOID_P 4 ) # what the installed package says of itself
     add_link_options( -m32 )
 endif()
 if( QV_SANITIZE )
