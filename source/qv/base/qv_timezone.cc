@@ -1,6 +1,7 @@
 #include <qv/base/qv_timezone.hh>
 
 #include <qv/base/qv_dict.hh>
+#include <qv/base/qv_on_demand.hh>
 #include <qv/base/qv_string.hh>
 #include <qv/base/qv_vector.hh>
 #include <qv/runtime/qv_local.hh>
@@ -16,7 +17,8 @@ constinit const char *qv___TimezoneRoot = "";
 namespace
 {
 
-// From startup to shutdown.
+// From startup to shutdown, filled by the first lookup.
+constinit qv::OnDemand names = {};
 constinit QV_DICT *winToIanaDict = nullptr;
 constinit QV_DICT *ianaToWinDict = nullptr;
 
@@ -149,10 +151,10 @@ void addPair( QV_STRING *windows, QV_STRING *iana )
         qvDictSetStringKey( &winToIanaDict, windows, qvStringObj( iana ) );
 }
 
-void addNames( const qv::TimezoneNames &names )
+void addNames( const qv::TimezoneNames &row )
 {
-    qv::Local<QV_STRING> windows( qvStringCreateFromCstr( names.windows, -1 ) );
-    const char *iana = names.iana;
+    qv::Local<QV_STRING> windows( qvStringCreateFromCstr( row.windows, -1 ) );
+    const char *iana = row.iana;
     for ( ;; )
     {
         size_t length = std::strcspn( iana, "," );
@@ -162,6 +164,26 @@ void addNames( const qv::TimezoneNames &names )
             return;
         iana += length + 1;
     }
+}
+
+void fillNames()
+{
+    for ( QV_INT idx = 0; idx < qv::timezoneNamesLength; idx++ )
+    {
+        addNames( qv::timezoneNames[idx] );
+    }
+}
+
+QV_DICT *windowsNames()
+{
+    names.ensure( fillNames );
+    return winToIanaDict;
+}
+
+QV_DICT *ianaNames()
+{
+    names.ensure( fillNames );
+    return ianaToWinDict;
 }
 
 } // namespace
@@ -185,46 +207,44 @@ QV_INT qvTimezoneUtcOffset( void )
 QV_STRING *qvTimezoneWindowsToIana( QV_STRING *name )
 {
     QV_CHECK( name );
-    return qvStringFrom( qvDictStringKey( winToIanaDict, name ) );
+    return qvStringFrom( qvDictStringKey( windowsNames(), name ) );
 }
 
 QV_STRING *qvTimezoneIanaToWindows( QV_STRING *name )
 {
     QV_CHECK( name );
-    return qvStringFrom( qvDictStringKey( ianaToWinDict, name ) );
+    return qvStringFrom( qvDictStringKey( ianaNames(), name ) );
 }
 
 QV_BOOL qvTimezoneWindowsOk( QV_STRING *name )
 {
     QV_CHECK( name );
-    return qvDictHasStringKey( winToIanaDict, name );
+    return qvDictHasStringKey( windowsNames(), name );
 }
 
 QV_BOOL qvTimezoneIanaOk( QV_STRING *name )
 {
     QV_CHECK( name );
-    return qvDictHasStringKey( ianaToWinDict, name );
+    return qvDictHasStringKey( ianaNames(), name );
 }
 
 QV_VECTOR *qvTimezoneList( void )
 {
-    return qvDictKeysVector( ianaToWinDict );
+    return qvDictKeysVector( ianaNames() );
 }
 
 void qv___TimezoneStartup()
 {
     winToIanaDict = qvDictCreate();
     ianaToWinDict = qvDictCreate();
-    for ( QV_INT idx = 0; idx < qv::timezoneNamesLength; idx++ )
-    {
-        addNames( qv::timezoneNames[idx] );
-    }
+    names.startup();
     // localtime_r need not read the zone by itself.
     tzset();
 }
 
 void qv___TimezoneShutdown()
 {
+    names.shutdown();
     qv::retire( &ianaToWinDict );
     qv::retire( &winToIanaDict );
 }

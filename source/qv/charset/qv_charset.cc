@@ -4,6 +4,7 @@
 #include <qv/base/qv_dict.hh>
 #include <qv/base/qv_enum.hh>
 #include <qv/base/qv_flagset.hh>
+#include <qv/base/qv_on_demand.hh>
 #include <qv/base/qv_string.h>
 #include <qv/charset/qv_charset_table.hh>
 #include <qv/runtime/qv_local.hh>
@@ -19,6 +20,9 @@ QV_FLAGSET *qv___CharsetFlagsFlagset;
 
 namespace
 {
+
+// The enumeration and the dictionaries are filled by the first lookup.
+constinit qv::OnDemand registry = {};
 
 constexpr QV_CHARSET_FLAGS knownFlags =
     QV_CHARSET_FLAG_ABORT_ON_INVALID_CHARACTER | QV_CHARSET_FLAG_IGNORE_INVALID_CHARACTERS |
@@ -91,13 +95,8 @@ void qv___CharsetRegisterWindowsCodePage( QV_CHARSET cs, QV_INT codePage )
     qvDictSetIntKey( &qv___CharsetToWindowsCodePageDict, cs, qv::objOf<QV_BOXED_INT>( page ) );
 }
 
-void qv___CharsetStartup()
+static void fillRegistry()
 {
-    qv___CharsetEnum = qvEnumCreate();
-    qv___CharsetFromIanaNameDict = qvDictCreate();
-    qv___CharsetToIanaNameDict = qvDictCreate();
-    qv___CharsetFromWindowsCodePageDict = qvDictCreate();
-    qv___CharsetToWindowsCodePageDict = qvDictCreate();
     for ( const qv::CharsetRow &row : qv::charsetRows )
     {
         qv___CharsetRegisterCharset( row.cs, row.enumerantName, row.ianaName );
@@ -107,8 +106,19 @@ void qv___CharsetStartup()
     }
 }
 
+void qv___CharsetStartup()
+{
+    qv___CharsetEnum = qvEnumCreate();
+    qv___CharsetFromIanaNameDict = qvDictCreate();
+    qv___CharsetToIanaNameDict = qvDictCreate();
+    qv___CharsetFromWindowsCodePageDict = qvDictCreate();
+    qv___CharsetToWindowsCodePageDict = qvDictCreate();
+    registry.startup();
+}
+
 void qv___CharsetShutdown()
 {
+    registry.shutdown();
     qv::retire( &qv___CharsetEnum );
     qv::retire( &qv___CharsetFromIanaNameDict );
     qv::retire( &qv___CharsetToIanaNameDict );
@@ -129,12 +139,14 @@ void qv___CharsetFlagsShutdown()
 QV_STRING *qvCharsetToString( QV_CHARSET cs )
 {
     QV_CHECK( QV_CHARSET_OK( cs ) );
+    registry.ensure( fillRegistry );
     return qvEnumGenerate( qv___CharsetEnum, cs );
 }
 
 QV_CHARSET qvCharsetFromString( QV_STRING *text )
 {
     QV_CHECK( text );
+    registry.ensure( fillRegistry );
     return qvEnumParse( qv___CharsetEnum, text );
 }
 
@@ -143,24 +155,28 @@ QV_CHARSET qvCharsetFromIanaName( QV_STRING *name )
     QV_CHECK( name );
     qv::Local<QV_STRING> folded = qv::Local<QV_STRING>::share( name );
     qvStringToCaseFold( folded.edit() );
+    registry.ensure( fillRegistry );
     return boxedAt( qvDictStringKey( qv___CharsetFromIanaNameDict, folded ) );
 }
 
 QV_STRING *qvCharsetToIanaName( QV_CHARSET cs )
 {
     QV_CHECK( QV_CHARSET_OK( cs ) );
+    registry.ensure( fillRegistry );
     return qvStringFrom( qvDictIntKey( qv___CharsetToIanaNameDict, cs ) );
 }
 
 QV_CHARSET qvCharsetFromWindowsCodePage( QV_INT cp )
 {
     QV_CHECK( cp >= 0 );
+    registry.ensure( fillRegistry );
     return boxedAt( qvDictIntKey( qv___CharsetFromWindowsCodePageDict, cp ) );
 }
 
 QV_INT qvCharsetToWindowsCodePage( QV_CHARSET cs )
 {
     QV_CHECK( QV_CHARSET_OK( cs ) );
+    registry.ensure( fillRegistry );
     return boxedAt( qvDictIntKey( qv___CharsetToWindowsCodePageDict, cs ) );
 }
 
