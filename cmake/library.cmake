@@ -34,7 +34,7 @@ target_link_options( qv_shared PRIVATE
 if( QV_LTO )
     target_link_options( qv_shared PRIVATE -flto=auto -O2 )
 endif()
-if( NOT QV_SANITIZE AND NOT QV_PARTIAL )
+if( NOT QV_SANITIZE )
     target_link_options( qv_shared PRIVATE -Wl,-z,defs )
 endif()
 target_link_libraries( qv_shared PRIVATE m ${CMAKE_DL_LIBS} Threads::Threads )
