@@ -12,6 +12,7 @@ option( QV_LTO "Optimize across source files" OFF )
 option( QV_FUZZ "Build the fuzzer" OFF )
 option( QV_BUILD_TOOL "Build the qv command" ON )
 option( QV_BUILD_TESTS "Build the tests" ON )
+set( QV_GOOGLETEST /usr/src/googletest CACHE PATH "Sources of GoogleTest, which the tests are built with" )
 
 if( NOT DEFINED CMAKE_BUILD_TYPE )
     set( CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE )
