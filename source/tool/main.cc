@@ -2,12 +2,12 @@
 
 #include "tool.hh"
 
-#include <qv/base/qv_boxed_null.h>
 #include <qv/io/qv_stream_author.h>
 #include <qv/runtime/qv_runtime.h>
 
 #include <csignal>
 #include <cstdio>
+#include <iterator>
 #include <unistd.h>
 
 namespace tool
@@ -16,24 +16,16 @@ namespace tool
 namespace
 {
 
-const Command *const storeCommands[] = { &storeShow, &storeCheck, &storeConvert,
-                                         &storeGet,  &storeSet,   &storeDel };
-const Command *const textCommands[] = { &textConvert, &textInfo, &textCharsets };
-const Command *const aloneCommands[] = { &charFacts, &timeFacts };
-
-const Group allGroups[] = {
-    { "store", "Data files", storeCommands },
-    { "text", "Text", textCommands },
-    { nullptr, "Characters and times", aloneCommands },
-};
-
 // ---- Messages ----
 
-// A message is one line on standard error; its level is coloured where the terminal shows colours.
-QV_BOOL writeMessage( qvObj, QV_MESSAGE *message )
+// A message is one line on standard error; its level is coloured where the terminal shows colours. What the library's
+// switch says has no place of its own.
+QV_BOOL writeMessage( qvObj closure, QV_MESSAGE *message )
 {
     clearProgressLine();
     std::string text = textOf( String( qvMessageToString( message ) ) );
+    if ( !qvMessageHasLocation( message ) && qvMessageLevel( message ) == QV_MESSAGE_LEVEL_ERROR )
+        text.insert( 0, unboxed<Tool>( closure )->name() + ": " );
     const Style &style = styleOf( STDERR_FILENO );
     const char *word = qvMessageLevel( message ) == QV_MESSAGE_LEVEL_ERROR     ? "error:"
                        : qvMessageLevel( message ) == QV_MESSAGE_LEVEL_WARNING ? "warning:"
@@ -66,6 +58,22 @@ template <const Command &command> QV_BOOL runOne( QV_VECTOR *argv, QV_MESSAGE_SI
     return QV_BOOL_FROM( runCommand( toolOf( closure ), command, argv ) );
 }
 
+template <const Command &...list> constexpr const Command *commandsOf[] = { &list... };
+template <const Command &...list> constexpr qvToolSwitchToolFunc functionsOf[] = { runOne<list>... };
+
+template <const Command &...list> constexpr Group groupOf( const char *name, const char *summary )
+{
+    return { name, summary, commandsOf<list...>, functionsOf<list...> };
+}
+
+// Each tool stands here once; switch, help, manual page and completions come from this table.
+constexpr Group allGroups[] = {
+    groupOf<storeShow, storeCheck, storeConvert, storeGet, storeSet, storeDel>( "store", "Data files" ),
+    groupOf<textConvert, textInfo, textCharsets>( "text", "Text" ),
+    groupOf<charFacts, timeFacts>( nullptr, "Characters and times" ),
+    groupOf<help>( nullptr, "Help" ),
+};
+
 bool isHelp( QV_VECTOR *argv )
 {
     if ( qvVectorLength( argv ) == 0 )
@@ -75,83 +83,76 @@ bool isHelp( QV_VECTOR *argv )
            qvStringEqualsCstr( qvStringFrom( first ), "-h", -1 );
 }
 
-// A switch leads to no tool: it has told so itself.
-QV_BOOL runSwitch( QV_TOOL_SWITCH *tools, QV_VECTOR *argv, Tool &tool )
+void addCommands( Owner<QV_TOOL_SWITCH> &tools, const Group &group )
 {
-    QV_BOOL good = qvToolSwitchRunTool( tools, argv, tool.messages, &tool );
+    for ( size_t idx = 0; idx < group.commands.size(); idx++ )
+        qvToolSwitchSetToolCstr( tools.edit(), wordOf( group, *group.commands[idx] ), -1,
+                                 group.functions[idx] );
+}
+
+// A switch leads to no tool: it has told so itself.
+bool runSwitch( QV_TOOL_SWITCH *tools, QV_VECTOR *argv, Tool &tool )
+{
+    bool good = qvToolSwitchRunTool( tools, argv, tool.messages, &tool );
     if ( !good && tool.status == statusGood )
-        tool.status = statusUsage;
+        tool.usageHint();
     return good;
 }
 
-QV_BOOL runStore( QV_VECTOR *argv, QV_MESSAGE_SINK *, void *closure )
+template <size_t place> QV_BOOL runGroup( QV_VECTOR *argv, QV_MESSAGE_SINK *, void *closure )
 {
+    Tool &tool = toolOf( closure );
+    tool.group = &allGroups[place];
     if ( isHelp( argv ) )
     {
-        printHelp( toolOf( closure ), allGroups[0] );
+        printHelp( tool, allGroups[place] );
         return QV_TRUE;
     }
     Owner tools( qvToolSwitchCreate() );
-    qvToolSwitchSetToolCstr( tools.edit(), "show", -1, runOne<storeShow> );
-    qvToolSwitchSetToolCstr( tools.edit(), "check", -1, runOne<storeCheck> );
-    qvToolSwitchSetToolCstr( tools.edit(), "convert", -1, runOne<storeConvert> );
-    qvToolSwitchSetToolCstr( tools.edit(), "get", -1, runOne<storeGet> );
-    qvToolSwitchSetToolCstr( tools.edit(), "set", -1, runOne<storeSet> );
-    qvToolSwitchSetToolCstr( tools.edit(), "del", -1, runOne<storeDel> );
-    return runSwitch( tools, argv, toolOf( closure ) );
+    addCommands( tools, allGroups[place] );
+    return QV_BOOL_FROM( runSwitch( tools, argv, tool ) );
 }
 
-QV_BOOL runText( QV_VECTOR *argv, QV_MESSAGE_SINK *, void *closure )
+template <size_t... places> Owner<QV_TOOL_SWITCH> allTools( std::index_sequence<places...> )
 {
-    if ( isHelp( argv ) )
-    {
-        printHelp( toolOf( closure ), allGroups[1] );
-        return QV_TRUE;
-    }
+    constexpr qvToolSwitchToolFunc functions[] = { runGroup<places>... };
     Owner tools( qvToolSwitchCreate() );
-    qvToolSwitchSetToolCstr( tools.edit(), "convert", -1, runOne<textConvert> );
-    qvToolSwitchSetToolCstr( tools.edit(), "info", -1, runOne<textInfo> );
-    qvToolSwitchSetToolCstr( tools.edit(), "charsets", -1, runOne<textCharsets> );
-    return runSwitch( tools, argv, toolOf( closure ) );
+    for ( size_t place = 0; place < sizeof...( places ); place++ )
+    {
+        const Group &group = allGroups[place];
+        if ( group.name )
+            qvToolSwitchSetToolCstr( tools.edit(), group.name, -1, functions[place] );
+        else
+            addCommands( tools, group );
+    }
+    return tools;
 }
 
-void run( Tool &tool, QV_VECTOR *argv )
-{
-    if ( isHelp( argv ) || qvVectorLength( argv ) == 0 )
-    {
-        printHelp( tool );
-        return;
-    }
-    Owner first( qvVectorObjAt( argv, 0 ) );
-    if ( qvStringEqualsCstr( qvStringFrom( first ), "--version", -1 ) )
-    {
-        tool.out.write( "qv " QV_TOOL_VERSION "\n" );
-        return;
-    }
-    if ( qvStringBeginsWithChar( qvStringFrom( first ), '-' ) )
-    {
-        tool.usage( textOf( qvStringFrom( first ) ) + ": option undefined" );
-        return;
-    }
-    Owner tools( qvToolSwitchCreate() );
-    qvToolSwitchSetToolCstr( tools.edit(), "store", -1, runStore );
-    qvToolSwitchSetToolCstr( tools.edit(), "text", -1, runText );
-    qvToolSwitchSetToolCstr( tools.edit(), "char", -1, runOne<charFacts> );
-    qvToolSwitchSetToolCstr( tools.edit(), "time", -1, runOne<timeFacts> );
-    runSwitch( tools, argv, tool );
-}
-
-int runAll( int argc, char **argv )
+// Null if the command needs the library started whole.
+std::optional<int> runAll( int argc, char **argv, bool whole )
 {
     Owner arguments( qvVectorCreate() );
     for ( int idx = 1; idx < argc; idx++ )
         qvVectorAppendString( arguments.edit(), stringOf( argv[idx] ) );
-    Owner messages( qv___MessageSinkCreate( writeMessage, flushMessages, nullptr ) );
-    Tool tool{ .messages = messages };
-    run( tool, arguments );
+    Tool tool{ .out = {}, .whole = whole };
+    Owner messages( qv___MessageSinkCreate( writeMessage, flushMessages, qvBoxedIntObj( boxOf( &tool ) ) ) );
+    tool.messages = messages;
+    runTools( tool, arguments );
+    if ( tool.restart )
+        return std::nullopt;
     if ( !tool.out.finish() )
         tool.error( tool.out.displayName(), tool.out.failure() );
     return tool.status;
+}
+
+std::optional<int> runStarted( QV_RUNTIME_FLAGS flags, int argc, char **argv )
+{
+    qvRuntimeStartup( flags, -1, nullptr, "qv", "QV", QV_TOOL_VERSION );
+    // A reader that has seen enough ends the command without a word, as with any filter.
+    signal( SIGPIPE, SIG_DFL );
+    std::optional<int> status = runAll( argc, argv, !( flags & QV_RUNTIME_FLAG_MINIMAL ) );
+    qvRuntimeShutdown();
+    return status;
 }
 
 } // namespace
@@ -161,14 +162,24 @@ std::span<const Group> groups()
     return allGroups;
 }
 
+void runTools( Tool &tool, QV_VECTOR *argv )
+{
+    if ( isHelp( argv ) || qvVectorLength( argv ) == 0 )
+        return printHelp( tool );
+    Owner first( qvVectorObjAt( argv, 0 ) );
+    if ( qvStringEqualsCstr( qvStringFrom( first ), "--version", -1 ) )
+        return tool.out.write( "qv " QV_TOOL_VERSION "\n" );
+    if ( qvStringBeginsWithChar( qvStringFrom( first ), '-' ) )
+        return tool.usage( textOf( qvStringFrom( first ) ) + ": option undefined" );
+    runSwitch( allTools( std::make_index_sequence<std::size( allGroups )>() ), argv, tool );
+}
+
 } // namespace tool
 
 int main( int argc, char **argv )
 {
-    qvRuntimeStartup( QV_RUNTIME_FLAG_MINIMAL, -1, nullptr, "qv", "QV", QV_TOOL_VERSION );
-    // A reader that has seen enough ends the command without a word, as with any filter.
-    signal( SIGPIPE, SIG_DFL );
-    int status = tool::runAll( argc, argv );
-    qvRuntimeShutdown();
-    return status;
+    std::optional<int> status = tool::runStarted( QV_RUNTIME_FLAG_MINIMAL, argc, argv );
+    if ( !status )
+        status = tool::runStarted( 0, argc, argv );
+    return *status;
 }

@@ -126,6 +126,7 @@ struct Option
     const char *name;  // without dashes
     const char *value; // what its argument is called, null if it takes none
     const char *text;
+    const char *choices = nullptr; // what its argument may be, separated by blanks, if that is a fixed set
 };
 
 struct Example
@@ -151,30 +152,42 @@ struct Command
     std::span<const Option> options;
     std::span<const Example> examples;
     void ( *run )( Tool &tool, const Arguments &arguments );
+    bool whole = false; // needs the library started whole: with the product's paths and its data folders
 };
 
 struct Group
 {
-    const char *name;
+    const char *name; // null: its commands stand alone
     const char *summary;
     std::span<const Command *const> commands;
+    const qvToolSwitchToolFunc *functions; // of the commands, in their order
 };
 
 extern const Command storeShow, storeCheck, storeConvert, storeGet, storeSet, storeDel;
 extern const Command textConvert, textInfo, textCharsets;
 extern const Command charFacts, timeFacts;
+extern const Command help;
 
-// Everything that the command has: groups of subtools, and subtools that stand alone in a group without a name.
+// Everything that the command has: groups of subtools, and groups without a name, whose subtools stand alone.
 std::span<const Group> groups();
+
+// The word that a command is called by within its group.
+const char *wordOf( const Group &group, const Command &command );
+
+// What holds for all subtools: a word and its meaning.
+extern const std::span<const std::pair<const char *, const char *>> everywhere;
 
 // ---- One run ----
 
 struct Tool
 {
     Output out;
-    QV_MESSAGE_SINK *messages;
+    QV_MESSAGE_SINK *messages = nullptr;
+    const Group *group = nullptr; // what was called so far
     const Command *command = nullptr;
     int status = statusGood;
+    bool whole = false;   // how the library was started
+    bool restart = false; // the command needs it started whole: nothing is done yet
 
     // Messages; an error sets the status to statusData, or stays at a worse one. place may be null.
     void error( QV_LOCATION *place, std::string_view text );
@@ -183,6 +196,9 @@ struct Tool
     void report( QV_MESSAGE *message );
     // An error of the command line, with a hint where help is.
     void usage( std::string_view text );
+    void usageHint();
+    // What was called: "qv", "qv store" or "qv store show".
+    std::string name() const;
 };
 
 struct Arguments
@@ -195,7 +211,10 @@ struct Arguments
     std::string operand( size_t index ) const;
 };
 
-// Parses the arguments, answers --help, and runs. False if the status isn't good.
+// Runs what the whole command line calls.
+void runTools( Tool &tool, QV_VECTOR *argv );
+
+// Parses the arguments of one command, answers --help, and runs. False if the status isn't good.
 bool runCommand( Tool &tool, const Command &command, QV_VECTOR *argv );
 
 void printHelp( Tool &tool, const Command &command );

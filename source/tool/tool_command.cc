@@ -159,11 +159,21 @@ void Tool::warning( std::string_view file, std::string_view text )
 
 void Tool::usage( std::string_view text )
 {
-    std::string name = command ? std::string( "qv " ) + command->name : "qv";
-    error( name, text );
-    String hint = stringOf( "try: " + name + " --help" );
+    error( name(), text );
+    usageHint();
+}
+
+void Tool::usageHint()
+{
+    String hint = stringOf( "try: " + name() + " --help" );
     report( Owner( qvMessageCreate( QV_MESSAGE_LEVEL_NORMAL, nullptr, hint ) ) );
     status = statusUsage;
+}
+
+std::string Tool::name() const
+{
+    const char *called = command ? command->name : group ? group->name : nullptr;
+    return called ? std::string( "qv " ) + called : "qv";
 }
 
 // ---- Arguments ----
@@ -225,12 +235,29 @@ bool runCommand( Tool &tool, const Command &command, QV_VECTOR *argv )
     else if ( arguments.operands.size() > command.most )
         tool.usage( *command.operands ? std::string( "too many arguments, expected: " ) + command.operands
                                       : "no arguments are taken" );
+    else if ( command.whole && !tool.whole )
+        tool.restart = true;
     else
         command.run( tool, arguments );
     return tool.status == statusGood;
 }
 
 // ---- Help ----
+
+static constexpr std::pair<const char *, const char *> everywhereRows[] = {
+    { "-", "Standard input, or standard output." },
+    { "--", "What follows is no option, even if it begins with a dash." },
+    { "-h, --help", "Help, for each tool with examples: qv store set --help, or qv help store set." },
+    { "--version", "The version of the command." },
+    { "exit code", "0 success, 1 the data is at fault, 2 the command line is." },
+    { "names", "Tools and long options may be shortened: qv st sh FILE" },
+};
+constinit const std::span<const std::pair<const char *, const char *>> everywhere = everywhereRows;
+
+const char *wordOf( const Group &group, const Command &command )
+{
+    return group.name ? command.name + std::string_view( group.name ).size() + 1 : command.name;
+}
 
 void printHelp( Tool &tool, const Command &command )
 {
@@ -287,11 +314,28 @@ void printHelp( Tool &tool )
         printCommands( tool, group.commands, width );
     }
     tool.out.write( "\n" + heading( "Everywhere" ) );
-    printRow( tool.out, width, "-", "Standard input, or standard output." );
-    printRow( tool.out, width, "-h, --help", "Help, for each tool with examples: qv store set --help" );
-    printRow( tool.out, width, "--version", "The version of the command." );
-    printRow( tool.out, width, "exit code", "0 success, 1 the data is at fault, 2 the command line is." );
-    printRow( tool.out, width, "names", "Tools and long options may be shortened: qv st sh FILE" );
+    for ( const auto &[word, meaning] : everywhere )
+        printRow( tool.out, width, word, meaning );
 }
+
+static void runHelp( Tool &tool, const Arguments &arguments )
+{
+    Owner argv( qvVectorCreate() );
+    for ( const String &operand : arguments.operands )
+        qvVectorAppendString( argv.edit(), operand );
+    qvVectorAppendString( argv.edit(), stringOf( "--help" ) );
+    tool.command = nullptr;
+    runTools( tool, argv );
+}
+
+static constexpr Example helpExamples[] = {
+    { "qv help", "the list of the tools" },
+    { "qv help store set", "one of them" },
+};
+
+const Command help = {
+    "help", "[TOOL...]",  0,       2, "Tell how a tool is used", "The same as --help behind the tool's name.",
+    {},     helpExamples, runHelp,
+};
 
 } // namespace tool

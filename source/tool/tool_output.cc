@@ -169,17 +169,14 @@ void Output::write( QV_BUFFER *buffer )
 
 QV_BOOL Output::takeBytes( qvObj closure, const unsigned char *bytes, QV_INT count )
 {
-    auto *output =
-        reinterpret_cast<Output *>( static_cast<intptr_t>( qvBoxedIntValue( qvBoxedIntFrom( closure ) ) ) );
+    auto *output = unboxed<Output>( closure );
     output->writeAll( bytes, static_cast<size_t>( count ) );
     return QV_BOOL_FROM( output->isGood() );
 }
 
 QV_BOOL Output::flushBytes( qvObj closure )
 {
-    auto *output =
-        reinterpret_cast<Output *>( static_cast<intptr_t>( qvBoxedIntValue( qvBoxedIntFrom( closure ) ) ) );
-    return QV_BOOL_FROM( output->isGood() );
+    return QV_BOOL_FROM( unboxed<Output>( closure )->isGood() );
 }
 
 QV_BYTE_SINK *Output::sink()
@@ -187,7 +184,7 @@ QV_BYTE_SINK *Output::sink()
     pass();
     if ( !stream )
     {
-        Owner self( qvBoxedIntCreate( static_cast<QV_INT>( reinterpret_cast<intptr_t>( this ) ) ) );
+        Owner self = boxOf( this );
         stream = Owner( qv___ByteSinkCreate( takeBytes, flushBytes, qvBoxedIntObj( self ) ) );
     }
     return stream;

@@ -27,6 +27,7 @@
 #include <qv/io/qv_store_header.h>
 #include <qv/runtime/qv_module_version.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -110,6 +111,16 @@ using String = Owner<QV_STRING>;
 inline String stringOf( std::string_view text )
 {
     return String( qvStringCreateFromUtf8( text.data(), static_cast<QV_INT>( text.size() ) ) );
+}
+
+// A pointer as the closure of a stream.
+inline Owner<QV_BOXED_INT> boxOf( void *pointer )
+{
+    return Owner( qvBoxedIntCreate( static_cast<QV_INT>( reinterpret_cast<intptr_t>( pointer ) ) ) );
+}
+template <typename T> T *unboxed( qvObj closure )
+{
+    return reinterpret_cast<T *>( static_cast<intptr_t>( qvBoxedIntValue( qvBoxedIntFrom( closure ) ) ) );
 }
 
 // The UTF-8 of a string.

@@ -154,8 +154,7 @@ struct Input
 
 QV_BOOL readInput( qvObj closure, unsigned char *bytes, QV_INT maxByteCount, QV_INT *bytesRead )
 {
-    auto *input =
-        reinterpret_cast<Input *>( static_cast<intptr_t>( qvBoxedIntValue( qvBoxedIntFrom( closure ) ) ) );
+    auto *input = tool::unboxed<Input>( closure );
     while ( *bytesRead < maxByteCount )
     {
         ssize_t count =
@@ -177,7 +176,7 @@ QV_BOOL readInput( qvObj closure, unsigned char *bytes, QV_INT maxByteCount, QV_
 
 Owner<QV_BYTE_SOURCE> sourceOf( Input &input )
 {
-    Owner closure( qvBoxedIntCreate( static_cast<QV_INT>( reinterpret_cast<intptr_t>( &input ) ) ) );
+    Owner closure = tool::boxOf( &input );
     return Owner( qv___ByteSourceCreate( readInput, nullptr, qvBoxedIntObj( closure ) ) );
 }
 
