@@ -3,6 +3,7 @@
 #include <qv/runtime/qv_runtime_modules.hh>
 
 #include <dlfcn.h>
+#include <string.h>
 
 #include <qv/base/qv_stack_trace.hh>
 #include <qv/base/qv_string.h>
@@ -11,6 +12,7 @@
 #include <qv/runtime/qv_module.hh>
 #include <qv/runtime/qv_print.hh>
 #include <qv/runtime/qv_runtime_paths.h>
+#include <qv/runtime/qv_shared_object.hh>
 #include <qv/sys/qv_mem.h>
 
 namespace
@@ -29,11 +31,11 @@ void printFailure( const char *line )
     }
 }
 
-void printLoaderFailure( const char *format )
+void printLoaderFailure( const char *format, const char *reason )
 {
     if ( isDebugged() )
     {
-        qv___RuntimePrintFormatCstr( format, -1, dlerror() );
+        qv___RuntimePrintFormatCstr( format, -1, reason );
     }
 }
 
@@ -73,19 +75,30 @@ QV_STRING *moduleFile( QV_STRING *moduleName )
     return text;
 }
 
+// A name without a directory is the loader's to find, and so its file isn't looked at before.
+bool isCut( const char *file )
+{
+    return strchr( file, '/' ) && qv::isSharedObjectCut( file );
+}
+
 void *openFile( QV_STRING *file )
 {
     char *text = systemText( file );
-    void *library = dlopen( text, RTLD_NOW | RTLD_LOCAL );
-    qvMemFree( text );
-    if ( library )
+    void *library = nullptr;
+    if ( isCut( text ) )
+    {
+        printLoaderFailure(
+            "[qv___RuntimePlatformLoadModule()] dlopen(): null, dlerror(): %lc: file too short", text );
+    }
+    else if ( library = dlopen( text, RTLD_NOW | RTLD_LOCAL ); library )
     {
         qv___StackTraceUpdateSymbols();
     }
     else
     {
-        printLoaderFailure( "[qv___RuntimePlatformLoadModule()] dlopen(): null, dlerror(): %lc" );
+        printLoaderFailure( "[qv___RuntimePlatformLoadModule()] dlopen(): null, dlerror(): %lc", dlerror() );
     }
+    qvMemFree( text );
     return library;
 }
 
@@ -97,7 +110,7 @@ QV_MODULE *moduleObjectIn( void *library, QV_STRING *moduleName )
     qvMemFree( text );
     if ( !module )
     {
-        printLoaderFailure( "[qv___RuntimePlatformLoadModule()] dlsym(): null, dlerror(): %lc" );
+        printLoaderFailure( "[qv___RuntimePlatformLoadModule()] dlsym(): null, dlerror(): %lc", dlerror() );
         return nullptr;
     }
     if ( !qv___ModuleCheckCompatibility( module ) )

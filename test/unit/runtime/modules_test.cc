@@ -3,10 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
+#include <fstream>
 #include <functional>
+#include <iterator>
+#include <link.h>
 #include <string>
 #include <sys/wait.h>
 #include <thread>
@@ -16,7 +21,11 @@
 #include <qv/base/qv_vector.h>
 #include <qv/runtime/qv_local.hh>
 #include <qv/runtime/qv_module.hh>
-#include <qv/runtime/qv_runtime.h>
+#include <qv/io/qv_message_sink.h>
+#include <qv/runtime/qv_print.hh>
+#include <qv/runtime/qv_runtime_modules.hh>
+
+#include <qv_build.hh>
 
 #include "support/child.hh"
 #include "support/folder.hh"
@@ -28,10 +37,13 @@ namespace
 using qv::Local;
 using test::text;
 
+std::atomic<bool> objectsReported = false;
+
 void printLine( const QV_CHAR *chs, QV_INT chsLength )
 {
     std::string line( chs, chs + chsLength );
     fputs( ( line + "\n" ).c_str(), stderr );
+    objectsReported = objectsReported || line.starts_with( "LINKED" );
 }
 
 void say( const std::string &line )
@@ -104,18 +116,6 @@ TEST( Modules, DiamondWithExtensions )
 
 TEST( Modules, FailuresLeaveTheTablesAlone )
 {
-    test::TemporaryFolder folder;
-    folder.write( "libqv-foreign.so", "no shared object" );
-    folder.write( "libqv-truncated.so", std::string( "\x7F"
-                                                     "ELF\x02\x01\x01",
-                                                     7 ) );
-    auto foreign = [] {
-        load( "foreign" );
-        load( "truncated" );
-        say( loadedModules() );
-    };
-    test::ChildResult result = run( foreign, 0, -1, folder.name( "" ).c_str() );
-    EXPECT_EQ( "foreign: failed\ntruncated: failed\n<qv>\n", result.output );
     auto body = [] {
         for ( const char *name : { "nowhere", "nosymbol", "renamed", "newer" } )
         {
@@ -130,6 +130,81 @@ TEST( Modules, FailuresLeaveTheTablesAlone )
                "start bottom\norphan: failed\nstart refusing\nrefusing: failed\n<qv, bottom>\n"
                "prepare bottom\nshutdown bottom\nfinalize bottom\n",
                outputOf( body ) );
+}
+
+// Where the last byte that a shared object's program headers ask for ends.
+size_t segmentsEnd( const std::string &file )
+{
+    ElfW( Ehdr ) header;
+    memcpy( &header, file.data(), sizeof( header ) );
+    size_t end = 0;
+    for ( size_t idx = 0; idx < header.e_phnum; idx++ )
+    {
+        ElfW( Phdr ) segment;
+        memcpy( &segment, &file[header.e_phoff + idx * sizeof( segment )], sizeof( segment ) );
+        end = std::max( end, static_cast<size_t>( segment.p_offset + segment.p_filesz ) );
+    }
+    return end;
+}
+
+TEST( Modules, DamagedFiles )
+{
+    std::ifstream file( QV_TEST_MODULES "/libqv-bottom.so", std::ios::binary );
+    std::string whole{ std::istreambuf_iterator<char>( file ), std::istreambuf_iterator<char>() };
+    const size_t end = segmentsEnd( whole );
+    ASSERT_LT( end, whole.size() );
+    test::TemporaryFolder folder;
+    auto loadFirst = [&]( size_t length ) {
+        folder.write( "libqv-bottom.so", whole.substr( 0, length ) );
+        return qvRuntimeTryLoadModule( text( "bottom" ) );
+    };
+    auto body = [&] {
+        for ( size_t length = 0; length < end; length += length < 1000 ? 7 : 83 )
+        {
+            if ( loadFirst( length ) )
+                say( "loaded at " + std::to_string( length ) );
+        }
+        say( loadFirst( end - 1 ) ? "loaded" : "refused" );
+        say( loadedModules() );
+        say( loadFirst( end ) ? "loaded" : "refused" );
+    };
+    EXPECT_EQ( "refused\n<qv>\nstart bottom\nloaded\nprepare bottom\nshutdown bottom\nfinalize bottom\n",
+               run( body, 0, -1, folder.name().c_str() ).output );
+
+    // The other word size, another machine, a program instead of a shared object, a size of records that is none.
+    std::string damaged[] = { whole, whole, whole, whole, "no shared object", whole };
+    damaged[0][EI_CLASS] ^= ELFCLASS32 ^ ELFCLASS64;
+    damaged[1][offsetof( ElfW( Ehdr ), e_machine )] = 2;
+    damaged[2][offsetof( ElfW( Ehdr ), e_type )] = ET_EXEC;
+    damaged[3][offsetof( ElfW( Ehdr ), e_phentsize )] = 1;
+    damaged[5].resize( end / 2 );
+    auto loadDamaged = [&] {
+        for ( const std::string &bytes : damaged )
+        {
+            folder.write( "libqv-bottom.so", bytes );
+            load( "bottom" );
+        }
+    };
+    std::string output = run( loadDamaged, QV_RUNTIME_FLAG_MODULE_DEBUG, -1, folder.name().c_str() ).output;
+    const std::string refusal = "[qv___RuntimePlatformLoadModule()] dlopen(): null, dlerror(): " +
+                                folder.name( "libqv-bottom.so" ) + ": ",
+                      cut = refusal + "file too short\nbottom: failed\n";
+    size_t refusals = 0;
+    for ( size_t at = 0; ( at = output.find( refusal, at ) ) != std::string::npos; at++ )
+    {
+        refusals++;
+    }
+    EXPECT_EQ( std::size( damaged ), refusals ) << output;
+    EXPECT_TRUE( output.ends_with( cut ) ) << output;
+}
+
+TEST( Modules, SearchPathOfTheLoader )
+{
+    auto body = [] { load( "bottom" ); };
+    EXPECT_EQ( "start bottom\nbottom: loaded\nprepare bottom\nshutdown bottom\nfinalize bottom\n",
+               run( body, QV_RUNTIME_FLAG_IMPLICIT_MODULE_PATH, -1, "/nowhere" ).output );
+    EXPECT_EQ( "bottom: failed\n", run( body, 0, -1, "/nowhere" ).output );
+    EXPECT_EQ( "bottom: failed\n", run( body, QV_RUNTIME_FLAG_MINIMAL ).output );
 }
 
 TEST( Modules, SeveralNamesAtOnce )
@@ -194,15 +269,17 @@ TEST( Modules, DebugLines )
     }
 }
 
-// A module in the test itself, with a sort of its own.
+// Modules in the test itself: one with sorts of its own, and one that leans on others.
+
 extern QV_MODULE linked;
 
 const QV_MODULE_RECORD linkedRecord = {
     2,     nullptr, nullptr, -1, -1, -1, nullptr, nullptr, nullptr, "linked", "In the test itself",
     "2.1", "",      "" };
 
-QV_BOOL echo( QV_VECTOR *, QV_MESSAGE_SINK *, void *arg )
+QV_BOOL echo( QV_VECTOR *argv, QV_MESSAGE_SINK *out, void *arg )
 {
+    qvMessageSinkWriteFormatCstr( out, QV_MESSAGE_LEVEL_NORMAL, nullptr, "%o", -1, argv );
     return arg != nullptr;
 }
 
@@ -217,19 +294,118 @@ QV_MODULE linked = { QV___STATIC_HEADER( QV___OBJ_TYPE_MODULE ),
                      nullptr,
                      nullptr };
 
-QV_SORT linkedSort = {
-    QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ), &linked, "LINKED", {}, 0, nullptr, nullptr, nullptr, nullptr };
+QV_STRING *linkedText( qvObj )
+{
+    return text( "a \"text\"" ).give();
+}
+
+QV_SORT linkedSort = { QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ),
+                       &linked,
+                       "LINKED",
+                       { .toStringFunc = linkedText },
+                       0,
+                       nullptr,
+                       nullptr,
+                       nullptr,
+                       nullptr };
+QV_SORT plainSort = { QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ),
+                      &linked,
+                      "LINKED_PLAIN",
+                      {},
+                      0,
+                      nullptr,
+                      nullptr,
+                      nullptr,
+                      nullptr };
 
 qvObj createLinkedObject()
 {
     return qv___ObjCreate( sizeof( qv___Obj ), &linkedSort );
 }
 
+const QV_MODULE_RECORD leaningRecord = { 2,
+                                         nullptr,
+                                         nullptr,
+                                         -1,
+                                         -1,
+                                         -1,
+                                         nullptr,
+                                         nullptr,
+                                         nullptr,
+                                         "leaning",
+                                         "Leans on others",
+                                         "1.0",
+                                         "linked bottom",
+                                         "nowhere more" };
+
+// Readers of the tables don't wait for a load.
+QV_BOOL startLeaning()
+{
+    say( "start leaning behind " + loadedModules() );
+    return QV_TRUE;
+}
+
+QV_MODULE leaning = { QV___STATIC_HEADER( QV___OBJ_TYPE_MODULE ),
+                      &leaningRecord,
+                      startLeaning,
+                      nullptr,
+                      nullptr,
+                      nullptr,
+                      nullptr,
+                      0,
+                      nullptr,
+                      nullptr };
+
+TEST( Modules, LinkedIn )
+{
+    auto body = [] {
+        say( qvRuntimeTryRegisterModule( &leaning ) ? "registered" : "refused" );
+        qvRuntimeTryRegisterModule( &linked );
+        say( qvRuntimeTryRegisterModule( &leaning ) ? "registered" : "refused" );
+        say( loadedModules() );
+        qvRuntimeUnloadAllModules();
+    };
+    // Linked isn't loaded at first, and no file has it.
+    EXPECT_EQ( "refused\nstart bottom\nstart leaning behind <qv, linked, bottom>\nstart more\nregistered\n"
+               "<qv, linked, bottom, leaning, more>\nprepare more\nprepare bottom\nshutdown more\n"
+               "finalize more\nshutdown bottom\nfinalize bottom\nshutdown linked\nfinalize linked\n",
+               outputOf( body ) );
+    const std::string registering = "[qv___RuntimeTryRegisterModule()] ";
+    auto loneBody = [] { qvRuntimeTryRegisterModule( &linked ); };
+    EXPECT_EQ( registering + "module: linked\n[qvRuntimeUnloadAllModules()] module: linked\n"
+                             "shutdown linked\nfinalize linked\n",
+               outputOf( loneBody, QV_RUNTIME_FLAG_MODULE_DEBUG ) );
+    auto leaningBody = [] { qvRuntimeTryRegisterModule( &leaning ); };
+    EXPECT_EQ( 0u,
+               outputOf( leaningBody, QV_RUNTIME_FLAG_MODULE_DEBUG | QV_RUNTIME_FLAG_MODULE_DEPENDENCY_DEBUG )
+                   .find( registering + "module: leaning\n" + registering +
+                          "dependencies: <linked, bottom>\n" + registering +
+                          "extensions: <nowhere, more>\n[qv___RuntimeTryLoadModule()] module: linked\n" ) );
+    QV_MODULE strange = { QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ), &linkedRecord };
+    EXPECT_DEATH( qvRuntimeTryRegisterModule( &strange ), "qv___ModuleCheckCompatibility" );
+}
+
+TEST( Modules, Personality )
+{
+    auto body = [] {
+        Local<QV_VECTOR> argv( qvVectorCreate() );
+        qvVectorAppendObj( argv.edit(), qvStringObj( text( "word" ) ) );
+        Local<QV_MESSAGE_SINK> out( qv___RuntimePrintMessageSinkCreate() );
+        QV_BOOL without = qvModuleRunPersonality( &linked, argv, out, nullptr ),
+                with = qvModuleRunPersonality( &linked, argv, out, &linked );
+        say( std::to_string( without ) + std::to_string( with ) );
+    };
+    EXPECT_EQ( "<word>\n<word>\n01\n", outputOf( body ) );
+    EXPECT_TRUE( qvModuleHasPersonality( &linked ) );
+    EXPECT_FALSE( qvModuleHasPersonality( qvModule() ) );
+    Local<QV_VECTOR> argv( qvVectorCreate() );
+    EXPECT_DEATH( qvModuleRunPersonality( &linked, argv, nullptr, nullptr ), "out" );
+}
+
 TEST( Modules, UnloadWaitsForObjects )
 {
     auto body = [] {
         say( qvRuntimeTryRegisterModule( &linked ) ? "registered" : "refused" );
-        say( qvModuleHasPersonality( &linked ) ? "personality" : "none" );
         qvObj obj = createLinkedObject();
         std::thread late( [obj] {
             std::this_thread::sleep_for( std::chrono::milliseconds( 120 ) );
@@ -240,8 +416,7 @@ TEST( Modules, UnloadWaitsForObjects )
         late.join();
         say( loadedModules() );
     };
-    EXPECT_EQ( "registered\npersonality\nshutdown linked\nreleased\nfinalize linked\n<qv>\n",
-               outputOf( body ) );
+    EXPECT_EQ( "registered\nshutdown linked\nreleased\nfinalize linked\n<qv>\n", outputOf( body ) );
 }
 
 TEST( Modules, AnObjectThatStaysStopsTheProcess )
@@ -256,6 +431,67 @@ TEST( Modules, AnObjectThatStaysStopsTheProcess )
     EXPECT_NE( std::string::npos, result.output.find( "    Message   : linked\n" ) ) << result.output;
     EXPECT_NE( std::string::npos,
                result.output.find( "    Expression: msecs <= qv___RuntimeUnloadModuleTimeout\n" ) );
+}
+
+// With a snapshot flag the wait reports every ten seconds and doesn't give up by then.
+TEST( Modules, UnloadReportsAndGoesOn )
+{
+    auto body = [] {
+        qvRuntimeTryRegisterModule( &linked );
+        qvObj obj = createLinkedObject();
+        std::thread late( [obj] {
+            while ( !objectsReported )
+            {
+                std::this_thread::sleep_for( std::chrono::milliseconds( 5 ) );
+            }
+            qvObjRelease( obj );
+        } );
+        qvRuntimeUnloadAllModules();
+        late.join();
+    };
+    std::string output =
+        run( body, QV_RUNTIME_FLAG_OBJECT_DATABASE | QV_RUNTIME_FLAG_SNAPSHOT_SORT, 10000 ).output;
+    EXPECT_EQ( output.find( "LINKED 1\n" ), output.rfind( "LINKED 1\n" ) ) << output;
+    EXPECT_TRUE( output.ends_with( "\nLINKED 1\nfinalize linked\n" ) ) << output;
+}
+
+TEST( Modules, UnloadReport )
+{
+    auto body = [] {
+        qvRuntimeTryRegisterModule( &linked );
+        Local<qv___Obj> named( createLinkedObject() ), again( qv::retained( static_cast<qvObj>( named ) ) ),
+            plain( qv___ObjCreate( sizeof( qv___Obj ), &plainSort ) );
+        qv___ObjLogAppend( named, text( "first" ) );
+        qv___ObjLogAppend( named, text( "second" ) );
+        qv___RuntimeReportUnloading( &linked );
+        qv___RuntimeReportUnloading( &linked );
+    };
+    const QV_INT object = QV_RUNTIME_FLAG_SNAPSHOT_OBJECT;
+    const struct
+    {
+        QV_INT flags;
+        std::string report;
+    } rows[] = {
+        { QV_RUNTIME_FLAG_SNAPSHOT_SORT, "LINKED       1\nLINKED_PLAIN 1\n" },
+        { object, "\nLINKED (2)\nLINKED_PLAIN (1)\n" },
+        { object | QV_RUNTIME_FLAG_SNAPSHOT_OBJECT_TOSTRING, "\nLINKED (2) a \"text\"\nLINKED_PLAIN (1)\n" },
+        { QV_RUNTIME_FLAG_SNAPSHOT_SORT | object | QV_RUNTIME_FLAG_SNAPSHOT_OBJECT_LOG,
+          "LINKED       1\nLINKED_PLAIN 1\n\nLINKED (2)\n\tfirst\n\tsecond\nLINKED_PLAIN (1)\n" },
+    };
+    const std::string ruler = std::string( 90, '-' ) + "\n",
+                      header = ruler +
+                               "Product   : " QV___BUILD_PRODUCT_NAME
+                               "\nFriendly  : " QV___BUILD_PRODUCT_FRIENDLY_NAME
+                               "\nVersion   : " QV___BUILD_VERSION "\nOS        : " QV___BUILD_OS_NAME
+                               "\nHardware  : " QV___BUILD_HARDWARE_NAME
+                               "\nVariant   : " QV___BUILD_VARIANT_NAME "\nBuild Time: " QV___BUILD_TIME
+                               "\n" +
+                               ruler;
+    for ( const auto &row : rows )
+    {
+        EXPECT_EQ( header + ruler + row.report + ruler + row.report + "shutdown linked\nfinalize linked\n",
+                   outputOf( body, QV_RUNTIME_FLAG_OBJECT_DATABASE | row.flags ) );
+    }
 }
 
 } // namespace
