@@ -11,6 +11,7 @@ set( QV_SANITIZE "" CACHE STRING "Sanitizers, for example address,undefined" )
 option( QV_LTO "Optimize across source files" OFF )
 option( QV_FUZZ "Build the fuzzer" OFF )
 option( QV_BUILD_TOOL "Build the qv command" ON )
+option( QV_BUILD_EXAMPLES "Build the examples" ON )
 option( QV_BUILD_TESTS "Build the tests" ON )
 set( QV_GOOGLETEST /usr/src/googletest CACHE PATH "Sources of GoogleTest, which the tests are built with" )
 
