@@ -70,6 +70,7 @@ template <const Command &...list> constexpr Group groupOf( const char *name, con
 constexpr Group allGroups[] = {
     groupOf<storeShow, storeCheck, storeConvert, storeGet, storeSet, storeDel>( "store", "Data files" ),
     groupOf<textConvert, textInfo, textCharsets>( "text", "Text" ),
+    groupOf<processShow>( "process", "Processes" ),
     groupOf<charFacts, timeFacts>( nullptr, "Characters and times" ),
     groupOf<help>( nullptr, "Help" ),
 };

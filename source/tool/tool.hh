@@ -165,6 +165,7 @@ struct Group
 
 extern const Command storeShow, storeCheck, storeConvert, storeGet, storeSet, storeDel;
 extern const Command textConvert, textInfo, textCharsets;
+extern const Command processShow;
 extern const Command charFacts, timeFacts;
 extern const Command help;
 

@@ -13,6 +13,10 @@
 #include <qv/base/qv_time.h>
 #include <qv/base/qv_tool_switch.h>
 #include <qv/base/qv_vector.h>
+#include <qv/exec/qv_process_statistics.h>
+#include <qv/exec/qv_process_statistics_family.h>
+#include <qv/exec/qv_process_statistics_group.h>
+#include <qv/exec/qv_process_statistics_interval.h>
 #include <qv/io/qv_buffer_byte_source.h>
 #include <qv/io/qv_byte_sink.h>
 #include <qv/io/qv_byte_source.h>
@@ -63,6 +67,10 @@ TOOL_OWNED( QV_MODULE_VERSION, qvModuleVersion )
 TOOL_OWNED( QV_OPT_DEF, qvOptDef )
 TOOL_OWNED( QV_OPT_SEQ, qvOptSeq )
 TOOL_OWNED( QV_PATH, qvPath )
+TOOL_OWNED( QV_PROCESS_STATISTICS, qvProcessStatistics )
+TOOL_OWNED( QV_PROCESS_STATISTICS_FAMILY, qvProcessStatisticsFamily )
+TOOL_OWNED( QV_PROCESS_STATISTICS_GROUP, qvProcessStatisticsGroup )
+TOOL_OWNED( QV_PROCESS_STATISTICS_INTERVAL, qvProcessStatisticsInterval )
 TOOL_OWNED( QV_STORE, qvStore )
 TOOL_OWNED( QV_STORE_DECODE_ERROR, qvStoreDecodeError )
 TOOL_OWNED( QV_STORE_DECODE_RESULT, qvStoreDecodeResult )
