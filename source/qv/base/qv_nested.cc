@@ -1,10 +1,11 @@
 #include <qv/base/qv_nested.hh>
 
 #include <qv/base/qv_dict.hh>
+#include <qv/base/qv_frame_stack.hh>
+#include <qv/base/qv_store.hh>
 #include <qv/base/qv_string.hh>
 #include <qv/base/qv_vector.hh>
 #include <qv/runtime/qv_local.hh>
-#include <qv/sys/qv_mem.h>
 
 namespace qv
 {
@@ -42,101 +43,89 @@ Contents contentsOf( qvObj container )
     return { vectorBacking( vec ), vec->length };
 }
 
-// A stack of plain frames: a few in place, more in memory.
-template <typename FRAME> class FrameStack
-{
-  public:
-    FrameStack() = default;
-    FrameStack( const FrameStack & ) = delete;
-    FrameStack &operator=( const FrameStack & ) = delete;
-
-    ~FrameStack()
-    {
-        if ( frames_ != inPlace_ )
-            qvMemFree( frames_ );
-    }
-
-    void push( const FRAME &frame )
-    {
-        if ( depth_ == alloc_ )
-            grow();
-        frames_[depth_++] = frame;
-    }
-
-    void pop()
-    {
-        --depth_;
-    }
-
-    FRAME &top()
-    {
-        return frames_[depth_ - 1];
-    }
-
-    bool isEmpty() const
-    {
-        return depth_ == 0;
-    }
-
-  private:
-    void grow()
-    {
-        QV_CHECK( QV_INT_MUL_OK( alloc_, 2 ) );
-        auto *before = frames_ == inPlace_ ? nullptr : frames_;
-        frames_ = static_cast<FRAME *>( qvMemReallocN( before, 2 * alloc_, sizeof( FRAME ) ) );
-        if ( !before )
-            qvMemCopyN( frames_, inPlace_, depth_, sizeof( FRAME ) );
-        alloc_ *= 2;
-    }
-
-    FRAME inPlace_[4];
-    FRAME *frames_ = inPlace_;
-    QV_INT depth_ = 0;
-    QV_INT alloc_ = 4;
-};
-
-// Two containers of one sort, next being the next content to compare.
+// Two containers of one sort, next being the next content to compare. Of stores these are the contents of their
+// dictionaries or vectors.
 struct ComparePair
 {
     Contents a;
     Contents b;
     QV_INT next;
+    const QV_STORE *storeA; // null unless the containers are stores
+    const QV_STORE *storeB;
 };
 
-QV_INT compareLengths( QV_INT lengthA, QV_INT lengthB )
+using ComparePairs = FrameStack<ComparePair, 4>;
+
+QV_INT compareInts( QV_INT intA, QV_INT intB )
 {
-    return lengthA < lengthB ? -1 : lengthA > lengthB;
+    return intA < intB ? -1 : intA > intB;
+}
+
+// Begins with two stores; not 0 if their hints tell already. Equal hints mean that both have a dictionary or both a vector.
+QV_INT pushStores( ComparePairs *pairs, QV_STORE *storeA, QV_STORE *storeB )
+{
+    if ( QV_INT order = compareInts( storeA->hints, storeB->hints ) )
+        return order;
+    bool isManaged = storeIsManaged( storeA );
+    Contents a = contentsOf( isManaged ? objOf( storeA->arrayManaged ) : objOf( storeA->dict ) );
+    Contents b = contentsOf( isManaged ? objOf( storeB->arrayManaged ) : objOf( storeB->dict ) );
+    pairs->push( { a, b, 0, storeA, storeB } );
+    return 0;
+}
+
+// Compares two objects, or begins with their contents and leaves the order open, as 0.
+QV_INT comparePair( ComparePairs *pairs, qvObj objA, qvObj objB )
+{
+    if ( objA == objB )
+        return 0;
+    if ( !objA || !objB || objA->sort != objB->sort )
+        return compareOptional( objA, objB );
+    if ( isContainer( objA ) )
+    {
+        pairs->push( { contentsOf( objA ), contentsOf( objB ), 0, nullptr, nullptr } );
+        return 0;
+    }
+    if ( isStore( objA ) )
+        return pushStores( pairs, static_cast<QV_STORE *>( objA ), static_cast<QV_STORE *>( objB ) );
+    return qvObjCompare( objA, objB );
+}
+
+// What is left to compare when two containers agree up to the end of one of them.
+QV_INT compareEnds( const ComparePair &pair )
+{
+    QV_INT order = compareInts( pair.a.count, pair.b.count );
+    if ( order != 0 || !pair.storeA )
+        return order;
+    return compareOptional( objOf( pair.storeA->location ), objOf( pair.storeB->location ) );
 }
 
 } // namespace
 
 QV_INT compareNested( qvObj thisObj, qvObj thatObj )
 {
-    FrameStack<ComparePair> stack;
-    stack.push( { contentsOf( thisObj ), contentsOf( thatObj ), 0 } );
-    while ( !stack.isEmpty() )
+    ComparePairs pairs;
+    QV_INT order = comparePair( &pairs, thisObj, thatObj );
+    while ( order == 0 && !pairs.isEmpty() )
     {
-        ComparePair &pair = stack.top();
-        if ( pair.next == pair.a.count || pair.next == pair.b.count )
+        ComparePair &pair = pairs.top();
+        if ( pair.next < pair.a.count && pair.next < pair.b.count )
         {
-            if ( QV_INT order = compareLengths( pair.a.count, pair.b.count ) )
-                return order;
-            stack.pop();
-            continue;
+            QV_INT idx = pair.next++;
+            order = comparePair( &pairs, pair.a.objs[idx], pair.b.objs[idx] );
         }
-        qvObj objA = pair.a.objs[pair.next];
-        qvObj objB = pair.b.objs[pair.next];
-        ++pair.next;
-        if ( objA == objB )
-            continue;
-        if ( !objA || !objB )
-            return objA ? 1 : -1;
-        if ( objA->sort == objB->sort && isContainer( objA ) )
-            stack.push( { contentsOf( objA ), contentsOf( objB ), 0 } );
-        else if ( QV_INT order = qvObjCompare( objA, objB ) )
-            return order;
+        else
+            order = compareEnds( pairs.pop() );
     }
-    return 0;
+    return order;
+}
+
+QV_INT compareOptional( qvObj objA, qvObj objB )
+{
+    if ( objA == objB )
+        return 0;
+    if ( !objA || !objB )
+        return objA ? 1 : -1;
+    return qvObjCompare( objA, objB );
 }
 
 namespace
@@ -150,7 +139,9 @@ struct PrintFrame
     bool isDict;
 };
 
-void openContainer( QV_STRING **text, FrameStack<PrintFrame> *stack, qvObj container )
+using PrintFrames = FrameStack<PrintFrame, 4>;
+
+void openContainer( QV_STRING **text, PrintFrames *stack, qvObj container )
 {
     stack->push( { contentsOf( container ), 0, isDict( container ) } );
     stringAppendChar( text, isDict( container ) ? '{' : '<' );
@@ -175,7 +166,7 @@ void appendContent( QV_STRING **text, qvObj content )
 QV_STRING *nestedToString( qvObj container )
 {
     Local<QV_STRING> text( qvStringCreate() );
-    FrameStack<PrintFrame> stack;
+    PrintFrames stack;
     openContainer( text.edit(), &stack, container );
     while ( !stack.isEmpty() )
     {

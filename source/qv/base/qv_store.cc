@@ -1,6 +1,7 @@
 #include <qv/base/qv_store.hh>
 
 #include <qv/base/qv_flagset.hh>
+#include <qv/base/qv_nested.hh>
 #include <qv/base/qv_string.hh>
 #include <qv/io/qv_location.h>
 #include <qv/runtime/qv_local.hh>
@@ -73,23 +74,7 @@ QV_INT qv___StoreCompFunc( qvObj thisObj, qvObj thatObj )
     QV_STORE *storeB = qvStoreFrom( thatObj );
     QV_CHECK( storeA );
     QV_CHECK( storeB );
-    if ( storeA->hints != storeB->hints )
-        return storeA->hints < storeB->hints ? -1 : 1;
-    if ( QV_INT order = qv::compareOptional( qv::objOf( storeA->dict ), qv::objOf( storeB->dict ) ) )
-        return order;
-    if ( QV_INT order =
-             qv::compareOptional( qv::objOf( storeA->arrayManaged ), qv::objOf( storeB->arrayManaged ) ) )
-        return order;
-    return qv::compareOptional( qv::objOf( storeA->location ), qv::objOf( storeB->location ) );
-}
-
-QV_INT qv::compareOptional( qvObj objA, qvObj objB )
-{
-    if ( objA == objB )
-        return 0;
-    if ( !objA || !objB )
-        return objA ? 1 : -1;
-    return qvObjCompare( objA, objB );
+    return qv::compareNested( storeA, storeB );
 }
 
 QV_STORE_HINTS qvStoreHintsNormalize( QV_STORE_HINTS hints )

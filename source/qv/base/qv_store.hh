@@ -157,9 +157,6 @@ void storeSetEntry( QV_STORE **store, QV_STRING *address, qvObj entry );
 void storeSetEntryAt( QV_STORE **store, QV_INT idx, qvObj entry );
 void storeInsertEntry( QV_STORE **store, QV_INT idx, qvObj entry );
 
-// The order of two objects that may be absent: an absent one stands first.
-QV_INT compareOptional( qvObj objA, qvObj objB );
-
 // A new store with all its fields, which are handed over.
 QV_STORE *storeFromParts( QV_STORE_HINTS hints, QV_DICT *dict, QV_VECTOR *arrayManaged,
                           QV_LOCATION *location );

@@ -1,11 +1,11 @@
 #include <qv/base/qv_store_standard.hh>
 
 #include <qv/base/qv_format.h>
+#include <qv/base/qv_frame_stack.hh>
 #include <qv/base/qv_string.hh>
 #include <qv/charset/qv_charset.h>
 #include <qv/io/qv_char_sink.h>
 #include <qv/runtime/qv_local.hh>
-#include <qv/sys/qv_mem.h>
 
 #include <cstring>
 
@@ -83,8 +83,7 @@ class Text
     QV_CHAR chs_[room];
 };
 
-// A store whose entries are being written. Nested stores wait on a stack of these rather than on the call stack, as there
-// is no limit to their depth.
+// A store whose entries are being written.
 struct Frame
 {
     QV_STORE *store; // borrowed
@@ -96,10 +95,8 @@ struct Frame
 struct Writer
 {
     Text text;
-    Frame *frames;
-    QV_INT depth; // frames in use
-    QV_INT alloc;
     QV_INT rootLevel; // of the root's entries
+    qv::FrameStack<Frame> frames;
 };
 
 bool isArray( const QV_STORE *store )
@@ -125,16 +122,8 @@ QV_INT longestAddress( const QV_STORE *store )
 
 void open( Writer *writer, QV_STORE *store )
 {
-    if ( writer->depth == writer->alloc )
-    {
-        constexpr QV_INT size = sizeof( Frame );
-        writer->alloc = writer->alloc > 0 ? writer->alloc * 2 : 32;
-        void *room = writer->frames ? qvMemReallocN( writer->frames, writer->alloc, size )
-                                    : qvMemAllocN( writer->alloc, size );
-        writer->frames = static_cast<Frame *>( room );
-    }
     QV_INT width = isArray( store ) ? 0 : longestAddress( store );
-    writer->frames[writer->depth++] = { store, 0, qv::storeLength( store ), width };
+    writer->frames.push( { store, 0, qv::storeLength( store ), width } );
 }
 
 // Blanks in front of a line whose level is that of the entries of the frame at a depth, which counts from 1.
@@ -263,12 +252,12 @@ void fetchAhead( const Frame *frame )
 // Writes the next member of the innermost store.
 void qv___StoreEncodeStandardStore( Writer *writer )
 {
-    Frame *frame = &writer->frames[writer->depth - 1];
+    Frame *frame = &writer->frames.top();
     QV_STRING *address = addressAt( frame->store, frame->next );
     qvObj entry = qv::storeEntryBacking( frame->store, frame->next );
     fetchAhead( frame );
     frame->next++;
-    indent( writer, writer->depth );
+    indent( writer, writer->frames.depth() );
     writer->text.put( address );
     bool aligned = !qv::isStore( entry ) || qv::storeLength( static_cast<QV_STORE *>( entry ) ) == 0;
     writer->text.putBlanks( aligned ? frame->width - qv::stringLength( address ) + 1 : 1 );
@@ -278,19 +267,19 @@ void qv___StoreEncodeStandardStore( Writer *writer )
 // Writes the next item of the innermost array.
 void qv___StoreEncodeStandardArray( Writer *writer )
 {
-    Frame *frame = &writer->frames[writer->depth - 1];
+    Frame *frame = &writer->frames.top();
     qvObj entry = qv::storeEntryBacking( frame->store, frame->next );
     frame->next++;
-    indent( writer, writer->depth );
+    indent( writer, writer->frames.depth() );
     putEntry( writer, entry );
 }
 
 // Writes all that is open, up to the closing bracket of the innermost store at each end.
 void putOpen( Writer *writer )
 {
-    while ( writer->depth > 0 )
+    while ( !writer->frames.isEmpty() )
     {
-        const Frame &frame = writer->frames[writer->depth - 1];
+        const Frame &frame = writer->frames.top();
         if ( frame.next < frame.length )
         {
             if ( isArray( frame.store ) )
@@ -299,12 +288,12 @@ void putOpen( Writer *writer )
                 qv___StoreEncodeStandardStore( writer );
             continue;
         }
-        writer->depth--;
-        bool bare = writer->depth == 0 && writer->rootLevel == 0;
+        bool wasArray = isArray( writer->frames.pop().store );
+        bool bare = writer->frames.isEmpty() && writer->rootLevel == 0;
         if ( bare )
             return;
-        indent( writer, writer->depth );
-        writer->text.put( isArray( frame.store ) ? ']' : '}' );
+        indent( writer, writer->frames.depth() );
+        writer->text.put( wasArray ? ']' : '}' );
         writer->text.put( '\n' );
     }
 }
@@ -315,12 +304,11 @@ void qv___StoreEncodeStandard( QV_STORE *store, QV_BYTE_SINK *sink )
 {
     qv::Local<QV_CHAR_SINK> charSink( qvCharsetCreateCharSink( sink, QV_CHARSET_UTF_8, 0 ) );
     // The entries of a plain root stand without braces at level 0.
-    Writer writer = { Text( charSink ), nullptr, 0, 0, isArray( store ) ? 1 : 0 };
+    Writer writer = { Text( charSink ), isArray( store ) ? 1 : 0, {} };
     if ( isArray( store ) )
         writer.text.putLiteral( "[\n" );
     open( &writer, store );
     putOpen( &writer );
     writer.text.push();
-    qvMemFree( writer.frames );
     qvCharSinkFlush( charSink );
 }

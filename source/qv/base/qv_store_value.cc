@@ -2,6 +2,7 @@
 
 #include <qv/base/qv_flagset.hh>
 #include <qv/base/qv_format.h>
+#include <qv/base/qv_nested.hh>
 #include <qv/base/qv_string.hh>
 #include <qv/io/qv_location.h>
 #include <qv/runtime/qv_local.hh>

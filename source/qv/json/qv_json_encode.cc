@@ -1,6 +1,7 @@
 #include <qv/json/qv_json_encode.h>
 
 #include <qv/base/qv_buffer.h>
+#include <qv/base/qv_frame_stack.hh>
 #include <qv/charset/qv_charset_span.hh>
 #include <qv/io/qv_nlf_flags.hh>
 #include <qv/json/qv_json_options.hh>
@@ -155,8 +156,7 @@ Layout layoutOf( QV_JSON_FLAGS flags, QV_JSON_OPTIONS *opt )
              opt->encodeIndent, qv::nlfCharsOf( opt->encodeNlfFlags ) };
 }
 
-// An object or array that is being written. Nested ones wait on a stack of these rather than on the call stack, as there is
-// no limit to their depth.
+// An object or array that is being written.
 struct Frame
 {
     QV_JSON_VALUE *val; // borrowed
@@ -170,11 +170,6 @@ template <typename UNIT> class Writer
     explicit Writer( const Layout &layout ) : layout_( layout ) {}
     Writer( const Writer & ) = delete;
     Writer &operator=( const Writer & ) = delete;
-
-    ~Writer()
-    {
-        qvMemFree( frames_ );
-    }
 
     // Writes the whole text of a value.
     void write( QV_JSON_VALUE *root );
@@ -195,9 +190,7 @@ template <typename UNIT> class Writer
     void close();
 
     Layout layout_;
-    Frame *frames_ = nullptr;
-    QV_INT depth_ = 0;
-    QV_INT alloc_ = 0;
+    qv::FrameStack<Frame> frames_;
 };
 
 // Writes what stands between two tokens on different lines.
@@ -222,7 +215,7 @@ template <typename UNIT> void Writer<UNIT>::qv___JsonEncodeNext( QV_INT level )
         }
         return;
     }
-    for ( QV_INT count = 0; count < level; count++ )
+    for ( QV_INT count = 0; width > 0 && count < level; count++ )
     {
         text.putChars( indent, width );
     }
@@ -324,33 +317,27 @@ template <typename UNIT> void Writer<UNIT>::open( QV_JSON_VALUE *val )
         text.put( isObject ? '}' : ']' );
         return;
     }
-    if ( depth_ == alloc_ )
-    {
-        QV_CHECK( QV_INT_MUL_OK( alloc_, 2 ) );
-        alloc_ = alloc_ > 0 ? alloc_ * 2 : 32;
-        frames_ = static_cast<Frame *>( qvMemReallocN( frames_, alloc_, sizeof( Frame ) ) );
-    }
-    frames_[depth_++] = { val, 0, length };
+    frames_.push( { val, 0, length } );
 }
 
 // Ends the innermost object or array.
 template <typename UNIT> void Writer<UNIT>::close()
 {
-    bool isObject = frames_[--depth_].val->type == QV_JSON_TYPE_OBJECT;
+    bool isObject = frames_.pop().val->type == QV_JSON_TYPE_OBJECT;
     text.need( smallRoom );
-    qv___JsonEncodeNext( depth_ );
+    qv___JsonEncodeNext( frames_.depth() );
     text.put( isObject ? '}' : ']' );
 }
 
 // Writes the next member or element of the innermost object or array.
 template <typename UNIT> void Writer<UNIT>::putNextEntry()
 {
-    Frame *frame = &frames_[depth_ - 1];
+    Frame *frame = &frames_.top();
     QV_INT idx = frame->next++;
     text.need( smallRoom );
     if ( idx > 0 )
         text.put( ',' );
-    qv___JsonEncodeNext( depth_ );
+    qv___JsonEncodeNext( frames_.depth() );
     if ( frame->val->type == QV_JSON_TYPE_ARRAY )
     {
         qv___JsonEncodeValue( qv::jsonItemAt( frame->val, idx ) );
@@ -366,9 +353,9 @@ template <typename UNIT> void Writer<UNIT>::putNextEntry()
 template <typename UNIT> void Writer<UNIT>::write( QV_JSON_VALUE *root )
 {
     qv___JsonEncodeValue( root );
-    while ( depth_ > 0 )
+    while ( !frames_.isEmpty() )
     {
-        const Frame &frame = frames_[depth_ - 1];
+        const Frame &frame = frames_.top();
         if ( frame.next < frame.length )
             putNextEntry();
         else

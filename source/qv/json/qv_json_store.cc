@@ -1,20 +1,19 @@
 #include <qv/json/qv_json_store.hh>
 
+#include <qv/base/qv_frame_stack.hh>
 #include <qv/io/qv_byte_sink.h>
 #include <qv/io/qv_location.h>
 #include <qv/json/qv_json_decode.hh>
 #include <qv/json/qv_json_encode.h>
 #include <qv/json/qv_json_value.hh>
 #include <qv/runtime/qv_local.hh>
-#include <qv/sys/qv_mem.h>
 
 #include <cmath>
 
 namespace
 {
 
-// What is being converted and what comes of it. Nested ones wait on a stack of these rather than on the call stack, as there
-// is no limit to their depth.
+// What is being converted and what comes of it.
 template <typename SOURCE> struct Frame
 {
     SOURCE *source; // borrowed
@@ -25,62 +24,27 @@ template <typename SOURCE> struct Frame
     QV_INT filled;  // entries that went there
 };
 
-template <typename SOURCE> class FrameStack
+template <typename SOURCE> using Frames = qv::FrameStack<Frame<SOURCE>>;
+
+// Begins with the length entries of a source, room of which will come into the result.
+template <typename SOURCE>
+void open( Frames<SOURCE> *frames, SOURCE *source, QV_INT length, QV_INT room, bool isArray )
 {
-  public:
-    FrameStack() = default;
-    FrameStack( const FrameStack & ) = delete;
-    FrameStack &operator=( const FrameStack & ) = delete;
-
-    ~FrameStack()
+    Frame<SOURCE> frame = { source, 0, length, nullptr, nullptr, 0 };
+    if ( isArray )
     {
-        qvMemFree( frames_ );
-    }
-
-    bool isEmpty() const
-    {
-        return depth_ == 0;
-    }
-
-    Frame<SOURCE> *top()
-    {
-        return &frames_[depth_ - 1];
-    }
-
-    Frame<SOURCE> pop()
-    {
-        return frames_[--depth_];
-    }
-
-    // Begins with the length entries of a source, room of which will come into the result.
-    void push( SOURCE *source, QV_INT length, QV_INT room, bool isArray )
-    {
-        if ( depth_ == alloc_ )
-        {
-            QV_CHECK( QV_INT_MUL_OK( alloc_, 2 ) );
-            alloc_ = alloc_ > 0 ? alloc_ * 2 : 16;
-            frames_ =
-                static_cast<Frame<SOURCE> *>( qvMemReallocN( frames_, alloc_, sizeof( Frame<SOURCE> ) ) );
-        }
-        Frame<SOURCE> *frame = &frames_[depth_++];
-        *frame = { source, 0, length, nullptr, nullptr, 0 };
-        if ( isArray )
-        {
-            frame->vec = room > 0 ? qv::vectorCreateFresh() : qvVectorCreate();
-            if ( room > 0 )
-                qv___VectorMakeRoom( frame->vec, 0, room );
-            return;
-        }
-        frame->dict = room > 0 ? qv::dictCreateFresh() : qvDictCreate();
+        frame.vec = room > 0 ? qv::vectorCreateFresh() : qvVectorCreate();
         if ( room > 0 )
-            qv___DictMakeRoom( frame->dict, 0, room );
+            qv___VectorMakeRoom( frame.vec, 0, room );
     }
-
-  private:
-    Frame<SOURCE> *frames_ = nullptr;
-    QV_INT depth_ = 0;
-    QV_INT alloc_ = 0;
-};
+    else
+    {
+        frame.dict = room > 0 ? qv::dictCreateFresh() : qvDictCreate();
+        if ( room > 0 )
+            qv___DictMakeRoom( frame.dict, 0, room );
+    }
+    frames->push( frame );
+}
 
 // Adds an entry, which is handed over. name is borrowed.
 template <typename SOURCE> void add( Frame<SOURCE> *frame, QV_STRING *name, qvObj given )
@@ -93,7 +57,7 @@ template <typename SOURCE> void add( Frame<SOURCE> *frame, QV_STRING *name, qvOb
 
 // ---- Stores to values ----
 
-using StoreFrames = FrameStack<QV_STORE>;
+using StoreFrames = Frames<QV_STORE>;
 
 bool isArray( const QV_STORE *store )
 {
@@ -110,7 +74,7 @@ QV_JSON_VALUE *locatedAt( QV_JSON_VALUE *given, QV_LOCATION *location )
 void openStore( StoreFrames *frames, QV_STORE *store )
 {
     QV_INT length = qv::storeLength( store );
-    frames->push( store, length, length, isArray( store ) );
+    open( frames, store, length, length, isArray( store ) );
 }
 
 QV_JSON_VALUE *closeStore( StoreFrames *frames )
@@ -132,7 +96,7 @@ QV_STRING *lastAddress( const Frame<QV_STORE> *frame )
 
 // ---- Values to stores ----
 
-using ValueFrames = FrameStack<QV_JSON_VALUE>;
+using ValueFrames = Frames<QV_JSON_VALUE>;
 
 // Members whose names can be addresses.
 QV_INT addressableMembers( const QV_JSON_VALUE *object )
@@ -149,7 +113,7 @@ void openValue( ValueFrames *frames, QV_JSON_VALUE *val )
 {
     QV_INT length = qv::jsonLength( val );
     bool isArray = val->type == QV_JSON_TYPE_ARRAY;
-    frames->push( val, length, isArray ? length : addressableMembers( val ), isArray );
+    open( frames, val, length, isArray ? length : addressableMembers( val ), isArray );
 }
 
 QV_STORE *closeValue( ValueFrames *frames )
@@ -208,13 +172,13 @@ QV_JSON_VALUE *qvJsonConvertFromStore( QV_STORE *store )
     openStore( &frames, store );
     for ( ;; )
     {
-        Frame<QV_STORE> *frame = frames.top();
+        Frame<QV_STORE> *frame = &frames.top();
         if ( frame->next == frame->length )
         {
             QV_JSON_VALUE *val = closeStore( &frames );
             if ( frames.isEmpty() )
                 return val;
-            add( frames.top(), lastAddress( frames.top() ), val );
+            add( &frames.top(), lastAddress( &frames.top() ), val );
             continue;
         }
         qvObj entry = qv::storeEntryBacking( frame->source, frame->next++ );
@@ -262,14 +226,14 @@ QV_STORE *qvJsonConvertToStore( QV_JSON_VALUE *value )
     openValue( &frames, value );
     for ( ;; )
     {
-        Frame<QV_JSON_VALUE> *frame = frames.top();
+        Frame<QV_JSON_VALUE> *frame = &frames.top();
         QV_JSON_VALUE *next = nextValue( frame );
         if ( !next )
         {
             QV_STORE *store = closeValue( &frames );
             if ( frames.isEmpty() )
                 return store;
-            add( frames.top(), lastName( frames.top() ), store );
+            add( &frames.top(), lastName( &frames.top() ), store );
         }
         else if ( qv::jsonIsContainer( next ) )
             openValue( &frames, next );

@@ -1,6 +1,7 @@
 #include <qv/tag/qv_tag_definition.hh>
 
 #include <qv/base/qv_enum.hh>
+#include <qv/base/qv_nested.hh>
 #include <qv/base/qv_store.hh>
 #include <qv/base/qv_string.h>
 #include <qv/runtime/qv_local.hh>

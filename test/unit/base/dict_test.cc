@@ -482,13 +482,13 @@ TEST( Dict, DeepNestingNeedsLittleStack )
 {
     auto body = [] {
         Dict dict = lettered( "a1" );
-        for ( int level = 0; level < 50000; ++level )
+        for ( int level = 0; level < 1000000; ++level )
         {
             Dict outer( qvDictCreate() );
             qvDictSetStringKeyCstr( outer.edit(), "d", 1, qv::objOf<QV_DICT>( dict ) );
             dict.take( outer.give() );
         }
-        EXPECT_EQ( 50000 * 4 + 5, static_cast<int>( toText( dict ).size() ) );
+        EXPECT_EQ( 1000000 * 4 + 5, static_cast<int>( toText( dict ).size() ) );
     };
     EXPECT_TRUE( test::runOnSmallStack( body ) );
 }

@@ -485,19 +485,38 @@ TEST( StoreTree, RandomEditsFollowTheModel )
     }
 }
 
-TEST( StoreTree, DeepStoresAreReleasedOnASmallStack )
+// Stores inside one another around a value, every other one an array.
+Local<QV_STORE> nested( QV_INT depth, const char *innermost )
+{
+    Local<QV_STORE> store = plain();
+    set( store, "in", innermost );
+    Local<QV_STRING> address = text( "in" );
+    for ( QV_INT level = 0; level < depth; level++ )
+    {
+        Local<QV_STORE> outer = plain();
+        if ( level % 2 )
+            qvStoreAppendStore( outer.edit(), store );
+        else
+            qvStoreSetStore( outer.edit(), address, store );
+        store.take( outer.give() );
+    }
+    return store;
+}
+
+TEST( StoreTree, DeepStoresNeedLittleStack )
 {
     EXPECT_TRUE( test::runOnSmallStack( [] {
-        Local<QV_STORE> store = plain();
-        for ( int depth = 0; depth < 20000; depth++ )
-        {
-            Local<QV_STORE> outer = plain();
-            if ( depth % 2 )
-                qvStoreAppendStore( outer.edit(), store );
-            else
-                qvStoreSetStoreCstr( outer.edit(), "in", -1, store );
-            store.take( outer.give() );
-        }
+        Local<QV_STORE> store = nested( 1000000, "a" );
+        Local<QV_STORE> equal = nested( 1000000, "a" );
+        EXPECT_EQ( 0, qvStoreCompare( store, equal ) );
+        EXPECT_EQ( -1, qvStoreCompare( nested( 1000, "a" ), nested( 1000, "b" ) ) );
+        Local<QV_VECTOR> around( qvVectorCreateFromObj( qvStoreObj( store ) ) );
+        Local<QV_VECTOR> aroundEqual( qvVectorCreateFromObj( qvStoreObj( equal ) ) );
+        EXPECT_EQ( 0, qvVectorCompare( around, aroundEqual ) );
+        EXPECT_FALSE( takeUtf8( qvStoreToString( store ) ).empty() );
+        Local<QV_STORE> copy( qvStoreCreateFrom( store ) );
+        qvStoreAppendStore( copy.edit(), equal );
+        EXPECT_EQ( 2, qvStoreLength( copy ) );
     } ) );
 }
 

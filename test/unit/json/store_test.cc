@@ -205,7 +205,7 @@ TEST( JsonStore, DepthNeedsNoStack )
     bool done = test::runOnSmallStack( [] {
         for ( bool objects : { false, true } )
         {
-            Json val = test::nest( 200000, objects );
+            Json val = test::nest( 300000, objects );
             Local<QV_STORE> store( qvJsonConvertToStore( val ) );
             Json back( qvJsonConvertFromStore( store ) );
             EXPECT_TRUE( test::sameContent( back, val ) );

@@ -3,6 +3,8 @@
 #include "json/support.hh"
 #include "support/small_stack.hh"
 
+#include <qv/json/qv_json_options.h>
+
 #include <cmath>
 #include <cstring>
 
@@ -338,6 +340,11 @@ TEST( JsonValue, DeepValuesNeedNoStack )
             EXPECT_FALSE( takeUtf8( qvJsonValueToString( val ) ).empty() );
             std::string content = packed( val );
             EXPECT_EQ( content.size(), objects ? 6000001u : 2000001u );
+            // On lines, but without the indentation, which would take 10^12 characters.
+            Local<QV_JSON_OPTIONS> options( qvJsonOptionsCreate() );
+            qvJsonOptionsSetEncodeIndent( options.edit(), text( "" ) );
+            content = test::takeBytes( qvJsonTryEncodeWithOptions( val, options ) );
+            EXPECT_EQ( content.size(), objects ? 9000002u : 4000002u );
             Json changed = Json::share( val );
             qvJsonValueSetArray( changed.edit() );
         }
