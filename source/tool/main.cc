@@ -69,6 +69,7 @@ template <const Command &...list> constexpr Group groupOf( const char *name, con
 // Each tool stands here once; switch, help, manual page and completions come from this table.
 constexpr Group allGroups[] = {
     groupOf<storeShow, storeCheck, storeConvert, storeGet, storeSet, storeDel>( "store", "Data files" ),
+    groupOf<jsonCheck, jsonFormat, jsonGet>( "json", "JSON" ),
     groupOf<textConvert, textInfo, textCharsets>( "text", "Text" ),
     groupOf<processShow>( "process", "Processes" ),
     groupOf<charFacts, timeFacts>( nullptr, "Characters and times" ),

@@ -5,11 +5,18 @@
 
 #include "tool_owner.hh"
 
+#include <qv/charset/qv_charset.h>
+#include <qv/unicode/qv_unicode_normalizer.h>
+
+#include <condition_variable>
 #include <cstdint>
+#include <functional>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace tool
@@ -92,6 +99,9 @@ struct Style
     const char *off = "";
 };
 
+// A line of a sheet of facts: a name and what is known.
+void printFact( Output &out, const char *name, const std::string &text );
+
 // The colours of a descriptor: all empty unless it is a terminal and the user hasn't refused colours.
 const Style &styleOf( int descriptor );
 
@@ -113,6 +123,27 @@ class Progress
     double start;
     double next;
     bool terminal;
+};
+
+// The same for work that doesn't tell how far it is: the line counts the seconds meanwhile.
+class Watch
+{
+  public:
+    explicit Watch( std::string task );
+    ~Watch();
+    Watch( const Watch & ) = delete;
+    Watch &operator=( const Watch & ) = delete;
+    // What is done from now on.
+    void step( std::string task );
+
+  private:
+    void tell();
+
+    std::mutex lock; // of the two below
+    std::string label;
+    bool ended = false;
+    std::condition_variable wake;
+    std::thread teller; // runs only on a terminal
 };
 
 // Takes the progress line off the terminal before something else is printed there.
@@ -164,6 +195,7 @@ struct Group
 };
 
 extern const Command storeShow, storeCheck, storeConvert, storeGet, storeSet, storeDel;
+extern const Command jsonCheck, jsonFormat, jsonGet;
 extern const Command textConvert, textInfo, textCharsets;
 extern const Command processShow;
 extern const Command charFacts, timeFacts;
@@ -231,6 +263,11 @@ Owner<QV_PATH> pathOf( const std::string &name );
 // The bytes of a file, or of standard input for "-"; null after an error message.
 Owner<QV_BUFFER> readFile( Tool &tool, const std::string &name );
 
+// Checks all operands and prints how many are good. An operand that is a folder stands for the files below it whose
+// names end with the suffix. isGood reports what is wrong with a file.
+void checkFiles( Tool &tool, const Arguments &arguments, std::string_view suffix,
+                 const std::function<bool( const std::string &name )> &isGood );
+
 // Where the first invalid byte sequence stands, by line and column of the characters before it. Null if there is none.
 Owner<QV_LOCATION> locateInvalid( QV_BUFFER *buffer, QV_LOCATION *base, QV_INT charset );
 
@@ -241,8 +278,21 @@ std::string shortName( std::string_view prefix, QV_STRING *name );
 // The other way round.
 String longName( std::string_view prefix, std::string_view name );
 
+// The value of an option as a charset, or as a normal form; what is there stays if it isn't given. False after a usage
+// error.
+bool takeCharset( Tool &tool, const Arguments &arguments, const char *option, QV_CHARSET &charset );
+bool takeForm( Tool &tool, const Arguments &arguments, QV_UNICODE_NORMAL_FORM &form );
+
+// "--one and --other exclude each other", a usage error.
+void usageExclusive( Tool &tool, std::string_view one, std::string_view other );
+
+// A time as the library reads it, "now", or "@" and seconds since the start of 1970. Null if it is none.
+Owner<QV_TIME> readTime( const std::string &text );
+
 std::string grouped( long long number );
 std::string codePoint( QV_CHAR ch );
+// Of a clock: "07".
+std::string twoDigits( long long number );
 std::string padded( std::string text, size_t width );
 // The column of a number, right-aligned.
 std::string aligned( std::string text, size_t width );

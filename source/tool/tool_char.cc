@@ -119,9 +119,7 @@ class Sheet
   private:
     void fact( const char *name, const std::string &text )
     {
-        const Style &style = tool::styleOf( STDOUT_FILENO );
-        tool.out.write( "  " + std::string( style.dim ) + tool::padded( name, 16 ) + style.off + text +
-                        "\n" );
+        tool::printFact( tool.out, name, text );
     }
 
     void printProperties()

@@ -306,8 +306,9 @@ void printHelp( Tool &tool )
         for ( const Command *command : group.commands )
             width = std::max( width, std::string_view( command->name ).size() );
     }
-    tool.out.write( "Data files, text, statistics of processes, characters and times.\n\n" +
-                    heading( "Usage" ) );
+    tool.out.write(
+        "Data files, JSON, text, statistics of processes, characters and times.\n\n" +
+        heading( "Usage" ) );
     tool.out.write( "  qv TOOL [OPTION...] [ARGUMENT...]\n" );
     for ( const Group &group : groups() )
     {

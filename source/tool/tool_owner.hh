@@ -27,9 +27,16 @@
 #include <qv/io/qv_location.h>
 #include <qv/io/qv_message.h>
 #include <qv/io/qv_message_sink.h>
+#include <qv/io/qv_parser_location_map.h>
 #include <qv/io/qv_path.h>
 #include <qv/io/qv_store_header.h>
+#include <qv/json/qv_json_decode.h>
+#include <qv/json/qv_json_options.h>
+#include <qv/json/qv_json_value.h>
 #include <qv/runtime/qv_module_version.h>
+#include <qv/tag/qv_tag_match.h>
+#include <qv/tag/qv_tag_rewrite.h>
+#include <qv/tag/qv_tag_set.h>
 
 #include <cstdint>
 #include <string>
@@ -60,12 +67,17 @@ TOOL_OWNED( QV_HEADER, qvHeader )
 TOOL_OWNED( QV_HEADER_DECODE_ERROR, qvHeaderDecodeError )
 TOOL_OWNED( QV_HEADER_DECODE_RESULT, qvHeaderDecodeResult )
 TOOL_OWNED( QV_HEADER_INFO, qvHeaderInfo )
+TOOL_OWNED( QV_JSON_DECODE_ERROR, qvJsonDecodeError )
+TOOL_OWNED( QV_JSON_DECODE_RESULT, qvJsonDecodeResult )
+TOOL_OWNED( QV_JSON_OPTIONS, qvJsonOptions )
+TOOL_OWNED( QV_JSON_VALUE, qvJsonValue )
 TOOL_OWNED( QV_LOCATION, qvLocation )
 TOOL_OWNED( QV_MESSAGE, qvMessage )
 TOOL_OWNED( QV_MESSAGE_SINK, qvMessageSink )
 TOOL_OWNED( QV_MODULE_VERSION, qvModuleVersion )
 TOOL_OWNED( QV_OPT_DEF, qvOptDef )
 TOOL_OWNED( QV_OPT_SEQ, qvOptSeq )
+TOOL_OWNED( QV_PARSER_LOCATION_MAP, qvParserLocationMap )
 TOOL_OWNED( QV_PATH, qvPath )
 TOOL_OWNED( QV_PROCESS_STATISTICS, qvProcessStatistics )
 TOOL_OWNED( QV_PROCESS_STATISTICS_FAMILY, qvProcessStatisticsFamily )
@@ -76,6 +88,10 @@ TOOL_OWNED( QV_STORE_DECODE_ERROR, qvStoreDecodeError )
 TOOL_OWNED( QV_STORE_DECODE_RESULT, qvStoreDecodeResult )
 TOOL_OWNED( QV_STORE_HEADER, qvStoreHeader )
 TOOL_OWNED( QV_STRING, qvString )
+TOOL_OWNED( QV_TAG_MATCH, qvTagMatch )
+TOOL_OWNED( QV_TAG_REWRITE, qvTagRewrite )
+TOOL_OWNED( QV_TAG_REWRITE_OPERATION, qvTagRewriteOperation )
+TOOL_OWNED( QV_TAG_SET, qvTagSet )
 TOOL_OWNED( QV_TIME, qvTime )
 TOOL_OWNED( QV_TOOL_SWITCH, qvToolSwitch )
 TOOL_OWNED( QV_VECTOR, qvVector )

@@ -20,7 +20,11 @@ bool failsWith( QV_STORE_DECODE_RESULT *result, QV_STORE_DECODE_ERROR_CODE code 
 
 tool::Owner<QV_STORE_DECODE_RESULT> decode( QV_BUFFER *bytes, QV_LOCATION *place, QV_STORE_ENCODING encoding )
 {
-    return tool::Owner( qvStoreDecodeHeaderless( bytes, place, encoding ) );
+    tool::Owner result( qvStoreDecodeHeaderless( bytes, place, encoding ) );
+    if ( !failsWith( result, QV_STORE_DECODE_ERROR_CODE_JSON_ENCODING ) )
+        return result;
+    tool::Owner located = tool::locatedJsonFailure( bytes, place );
+    return located ? std::move( located ) : std::move( result );
 }
 
 // An encoding that takes any bytes for a store proves nothing by taking these. It is read only where a header or the
@@ -41,6 +45,15 @@ std::pair<QV_INT, QV_INT> reach( QV_STORE_DECODE_RESULT *result )
                  : std::pair<QV_INT, QV_INT>( 0, 0 );
 }
 
+// A JSON text that is no store fails as JSON too, at its end, which tells nobody anything.
+bool beginsNested( QV_BUFFER *bytes )
+{
+    std::string_view text( reinterpret_cast<const char *>( qvBufferBacking( bytes ) ),
+                           static_cast<size_t>( qvBufferLength( bytes ) ) );
+    size_t first = text.find_first_not_of( " \t\r\n\xEF\xBB\xBF" );
+    return first != std::string_view::npos && ( text[first] == '{' || text[first] == '[' );
+}
+
 struct Detection
 {
     tool::Owner<QV_STORE_DECODE_RESULT> result;
@@ -54,6 +67,8 @@ Detection detect( QV_BUFFER *bytes, QV_LOCATION *place )
     for ( QV_STORE_ENCODING encoding = 0; QV_STORE_ENCODING_OK( encoding ); encoding++ )
     {
         if ( !qvStoreEncodingIsHeaderless( encoding ) || !tool::isAvailable( encoding ) )
+            continue;
+        if ( encoding == QV_STORE_ENCODING_HEADERLESS_JSON && !beginsNested( bytes ) )
             continue;
         tool::Owner result = decode( bytes, place, encoding );
         bool good = qvStoreDecodeResultIsSuccess( result );
@@ -253,7 +268,10 @@ std::optional<DataFile> loadData( Tool &tool, const std::string &name, QV_STORE_
         return std::nullopt;
     }
     file.encoding = found.encoding;
-    file.store = Owner( qvStoreDecodeResultStore( found.result ) );
+    if ( file.encoding != QV_STORE_ENCODING_HEADERLESS_JSON )
+        file.store = Owner( qvStoreDecodeResultStore( found.result ) );
+    else if ( !takeJsonContent( tool, content, place, file ) )
+        return std::nullopt;
     return file;
 }
 
@@ -273,6 +291,11 @@ Owner<QV_BUFFER> encodeData( const DataFile &file )
 
 bool saveData( Tool &tool, const DataFile &file, const std::string &name )
 {
+    if ( file.leftOut > 0 && name == file.name && name != "-" )
+    {
+        tool.error( name, "not written, since " + counted( file.leftOut, "member" ) + " would be lost" );
+        return false;
+    }
     if ( name != "-" && hasComments( file.bytes ) )
         tool.warning( name, "comments of the source aren't kept" );
     Owner bytes = encodeData( file );

@@ -15,6 +15,7 @@ struct DataFile
     Owner<QV_STORE> store;
     Owner<QV_STORE_HEADER> header; // null without one
     QV_STORE_ENCODING encoding;    // of the content, headerless
+    long long leftOut = 0;         // members that the file has and the store hasn't
 };
 
 // Shared rows of the options' tables.
@@ -60,6 +61,16 @@ bool takePlace( Tool &tool, const std::string &typed, Place &place );
 
 // The index of an entry by its address, or in an array by its position; -1 if there is none.
 QV_INT indexOf( QV_STORE *store, const std::string &step );
+
+// A failure to decode JSON with the place of the fault, which the library's stores go without. Null if it isn't JSON that
+// is at fault.
+Owner<QV_STORE_DECODE_RESULT> locatedJsonFailure( QV_BUFFER *bytes, QV_LOCATION *place );
+
+// The store of a valid JSON content, with warnings of what it can't hold. False after an error message.
+bool takeJsonContent( Tool &tool, QV_BUFFER *bytes, QV_LOCATION *place, DataFile &file );
+
+// A store as indented JSON.
+void printJson( Output &out, QV_STORE *store );
 
 // Lines of standard text, coloured for standard output.
 void printContent( Output &out, QV_STORE *store );

@@ -144,7 +144,7 @@ bool takeValue( Tool &tool, const Arguments &arguments, Value &value )
             continue;
         if ( kindName )
         {
-            tool.usage( std::string( "--" ) + kindName + " and --" + name + " exclude each other" );
+            tool::usageExclusive( tool, kindName, name );
             return false;
         }
         kindName = name;

@@ -3,7 +3,6 @@
 #include "tool_store.hh"
 
 #include <qv/base/qv_name.h>
-#include <qv/io/qv_path_directory.h>
 
 #include <unistd.h>
 
@@ -139,12 +138,20 @@ void runShow( Tool &tool, const Arguments &arguments )
     QV_STORE_ENCODING from;
     if ( !tool::takeFrom( tool, arguments, from ) )
         return;
+    bool json = arguments.has( "json" );
+    if ( json && arguments.has( "header" ) )
+        return tool::usageExclusive( tool, "json", "header" );
     bool first = true;
     for ( size_t idx = 0; idx < arguments.operands.size(); idx++ )
     {
         std::optional<DataFile> file = tool::loadData( tool, arguments.operand( idx ), from );
         if ( !file )
             continue;
+        if ( json )
+        {
+            tool::printJson( tool.out, file->store );
+            continue;
+        }
         if ( !first )
             tool.out.write( "\n" );
         first = false;
@@ -161,66 +168,14 @@ void runShow( Tool &tool, const Arguments &arguments )
 
 // ---- Check ----
 
-struct Tally
-{
-    long long good = 0;
-    long long bad = 0;
-};
-
-void checkFile( Tool &tool, const std::string &name, QV_STORE_ENCODING from, bool all, Tally &tally )
-{
-    bool good = tool::loadData( tool, name, from ).has_value();
-    ( good ? tally.good : tally.bad )++;
-    if ( good && all )
-        tool.out.write( name + ": good\n" );
-}
-
-// All files below a folder; a folder itself carries the flag of one.
-void checkFolder( Tool &tool, const std::string &name, QV_STORE_ENCODING from, bool all, Tally &tally )
-{
-    Owner folder = tool::pathOf( name );
-    Owner files( qvPathDirectoryList( folder, QV_PATH_DIRECTORY_LIST_FLAG_RECURSIVE |
-                                                  QV_PATH_DIRECTORY_LIST_FLAG_SORT |
-                                                  QV_PATH_DIRECTORY_LIST_FLAG_EXCLUDE_DIRECTORIES |
-                                                  QV_PATH_DIRECTORY_LIST_FLAG_RELATIVE ) );
-    if ( !files )
-    {
-        tool.error( name, "can't list the folder" );
-        tally.bad++;
-        return;
-    }
-    std::string base = name.ends_with( '/' ) ? name : name + "/";
-    tool::Progress progress( "Checking " + name, qvVectorLength( files ), "files" );
-    for ( QV_INT idx = 0; idx < qvVectorLength( files ); idx++ )
-    {
-        Owner item( qvVectorObjAt( files, idx ) );
-        String file( qvPathPlatformTryEncode( qvPathFrom( item ) ) );
-        if ( file )
-            checkFile( tool, base + tool::textOf( std::move( file ) ), from, all, tally );
-        progress.advance( idx + 1 );
-    }
-}
-
 void runCheck( Tool &tool, const Arguments &arguments )
 {
     QV_STORE_ENCODING from;
     if ( !tool::takeFrom( tool, arguments, from ) )
         return;
-    Tally tally;
-    bool all = arguments.has( "all" );
-    for ( size_t idx = 0; idx < arguments.operands.size(); idx++ )
-    {
-        std::string name = arguments.operand( idx );
-        Owner path = tool::pathOf( name );
-        if ( name != "-" && path && qvPathDirectoryExists( path ) )
-            checkFolder( tool, name, from, all, tally );
-        else
-            checkFile( tool, name, from, all, tally );
-    }
-    const Style &style = tool::styleOf( STDOUT_FILENO );
-    tool.out.write( tool::counted( tally.good + tally.bad, "file" ) + " checked: " + style.good +
-                    tool::grouped( tally.good ) + " good" + style.off + ", " +
-                    ( tally.bad ? style.bad : "" ) + tool::grouped( tally.bad ) + " bad" + style.off + "\n" );
+    tool::checkFiles( tool, arguments, "", [&]( const std::string &name ) {
+        return tool::loadData( tool, name, from ).has_value();
+    } );
 }
 
 // ---- Convert ----
@@ -241,6 +196,21 @@ Owner<QV_STORE_HEADER> headerFor( const DataFile &file, const std::optional<std:
     return header;
 }
 
+// True if the store comes back from the encoding as it went in. The legacy ones keep no types.
+bool keepsAll( QV_STORE *store, QV_STORE_ENCODING encoding )
+{
+    if ( encoding == QV_STORE_ENCODING_HEADERLESS_STANDARD || encoding == QV_STORE_ENCODING_HEADERLESS_JSON )
+        return true;
+    Owner bytes( qvStoreEncodeHeaderless( store, encoding ) );
+    Owner result( qvStoreDecodeHeaderless( bytes, nullptr, encoding ) );
+    Owner back( qvStoreDecodeResultStore( result ) );
+    if ( !back )
+        return false;
+    Owner before( qvStoreEncodeHeaderless( store, QV_STORE_ENCODING_HEADERLESS_STANDARD ) );
+    Owner after( qvStoreEncodeHeaderless( back, QV_STORE_ENCODING_HEADERLESS_STANDARD ) );
+    return qvBufferEquals( before, after );
+}
+
 void runConvert( Tool &tool, const Arguments &arguments )
 {
     QV_STORE_ENCODING from;
@@ -249,23 +219,28 @@ void runConvert( Tool &tool, const Arguments &arguments )
     std::optional<std::string> type = arguments.value( "type" );
     if ( type && !qvNameOk( tool::stringOf( *type ), QV_TRUE ) )
         return tool.usage( "\"" + *type + "\" is no type: a name such as SERVER_OPTIONS" );
-    std::optional<std::string> to = arguments.value( "to" );
-    QV_STORE_ENCODING encoding = to ? tool::encodingOf( *to ) : -1;
-    if ( to && ( encoding < 0 || !tool::isAvailable( encoding ) ) )
-        return tool.usage( *to + ": no such encoding, there are: " + tool::encodingNames() );
-    bool headerless = arguments.has( "headerless" ) || ( to && qvStoreEncodingIsHeaderless( encoding ) );
+    std::optional<std::string> named = arguments.value( "to" );
+    QV_STORE_ENCODING encoding = named ? tool::encodingOf( *named ) : -1;
+    if ( named && ( encoding < 0 || !tool::isAvailable( encoding ) ) )
+        return tool.usage( *named + ": no such encoding, there are: " + tool::encodingNames() );
+    bool headerless = arguments.has( "headerless" ) || ( named && qvStoreEncodingIsHeaderless( encoding ) );
     if ( headerless && type )
         return tool.usage( "a type stands in a header, which a headerless file hasn't" );
 
     std::optional<DataFile> file = tool::loadData( tool, arguments.operand( 0 ), from );
     if ( !file )
         return;
-    if ( to )
+    if ( named )
         file->encoding = qvStoreEncodingToHeaderless( encoding );
     file->header = headerless ? Owner<QV_STORE_HEADER>() : headerFor( *file, type );
     if ( file->header )
         qvStoreHeaderSetEncoding( file->header.edit(), tool::withHeader( file->encoding ) );
-    tool::saveData( tool, *file, arguments.operand( 1 ) );
+    std::string to = arguments.operand( 1 );
+    if ( !keepsAll( file->store, file->encoding ) )
+        tool.warning( to == "-" ? "<stdout>" : to,
+                      "the legacy encodings keep no types: numbers, truth values and nulls become texts, and "
+                      "arrays stores" );
+    tool::saveData( tool, *file, to );
 }
 
 // ---- Tables ----
@@ -273,12 +248,14 @@ void runConvert( Tool &tool, const Arguments &arguments )
 const tool::Option showOptions[] = {
     { 'c', "content", nullptr, "Only the content." },
     { 'H', "header", nullptr, "Only what is known about the file." },
+    { 'j', "json", nullptr, "Only the content, as JSON." },
     tool::fromOption,
 };
 const tool::Example showExamples[] = {
     { "qv store show server.qv", "what a file says about itself, and its content" },
     { "qv store show --header *.qv", "only types, versions and sizes" },
     { "qv store show -c server.qv > plain.qv", "the content in standard text" },
+    { "qv store show --json server.qv", "the content as JSON" },
 };
 
 const tool::Option checkOptions[] = {
@@ -301,6 +278,8 @@ const tool::Example convertExamples[] = {
     { "qv store convert --type SERVER_OPTIONS plain.qv server.qv", "put a header in front" },
     { "qv store convert --headerless server.qv -", "print the content alone" },
     { "qv store convert messy.qv messy.qv", "rewrite a file in its usual form" },
+    { "qv store convert --to headerless-json server.qv server.json", "the content as a JSON file" },
+    { "qv store convert --type SERVER_OPTIONS --to standard server.json server.qv", "and back" },
 };
 
 } // namespace
@@ -364,7 +343,9 @@ const Command storeConvert = {
     2,
     2,
     "Convert data files between encodings, with and without a header",
-    "OUT is replaced when the result is complete, and may be IN.",
+    "OUT is replaced when the result is complete, and may be IN. The encodings are standard, json, "
+    "legacy-text and "
+    "legacy-binary, and the same with \"headerless-\" in front. What an encoding can't keep is told.",
     convertOptions,
     convertExamples,
     runConvert,

@@ -2,6 +2,7 @@
 
 #include "tool.hh"
 
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -24,7 +25,17 @@ constexpr tool::Style coloured = {
     .off = "\033[0m",
 };
 
+// The progress line belongs to whoever holds this.
+constinit std::mutex lineLock;
 bool lineShown = false;
+
+void showLine( const std::string &text )
+{
+    std::lock_guard holder( lineLock );
+    std::fprintf( stderr, "\r\033[K%s", text.c_str() );
+    std::fflush( stderr );
+    lineShown = true;
+}
 
 double now()
 {
@@ -50,6 +61,12 @@ const Style &styleOf( int descriptor )
     return isatty( descriptor ) && !refusesColour() ? coloured : plain;
 }
 
+void printFact( Output &out, const char *name, const std::string &text )
+{
+    const Style &style = styleOf( STDOUT_FILENO );
+    out.write( "  " + std::string( style.dim ) + padded( name, 16 ) + style.off + text + "\n" );
+}
+
 Progress::Progress( std::string named, long long totalUnits, const char *unitName )
     : label( std::move( named ) ), unit( unitName ), total( totalUnits ), start( now() ), next( start + 1 ),
       terminal( isatty( STDERR_FILENO ) )
@@ -70,14 +87,47 @@ void Progress::advance( long long done )
         return;
     next = time + 0.1;
     std::string share = total > 0 ? " " + std::to_string( done * 100 / total ) + "%" : "";
-    std::fprintf( stderr, "\r\033[K%s%s, %s %s, %.0f s", label.c_str(), share.c_str(),
-                  grouped( done ).c_str(), unit, std::floor( time - start ) );
-    std::fflush( stderr );
-    lineShown = true;
+    showLine( label + share + ", " + grouped( done ) + " " + unit + ", " +
+              std::to_string( std::lround( std::floor( time - start ) ) ) + " s" );
+}
+
+Watch::Watch( std::string task ) : label( std::move( task ) )
+{
+    if ( isatty( STDERR_FILENO ) )
+        teller = std::thread( [this] { tell(); } );
+}
+
+Watch::~Watch()
+{
+    if ( teller.joinable() )
+    {
+        {
+            std::lock_guard holder( lock );
+            ended = true;
+        }
+        wake.notify_one();
+        teller.join();
+    }
+    clearProgressLine();
+}
+
+void Watch::step( std::string task )
+{
+    std::lock_guard holder( lock );
+    label = std::move( task );
+}
+
+void Watch::tell()
+{
+    std::unique_lock holder( lock );
+    for ( int seconds = 1; !wake.wait_for( holder, std::chrono::seconds( 1 ), [this] { return ended; } );
+          seconds++ )
+        showLine( label + ", " + std::to_string( seconds ) + " s" );
 }
 
 void clearProgressLine()
 {
+    std::lock_guard holder( lineLock );
     if ( lineShown )
         std::fputs( "\r\033[K", stderr );
     std::fflush( stderr );

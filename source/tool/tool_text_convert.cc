@@ -46,18 +46,6 @@ struct Plan
     Case letters = Case::same;
 };
 
-bool takeCharset( Tool &tool, const Arguments &arguments, const char *option, QV_CHARSET &charset )
-{
-    std::optional<std::string> name = arguments.value( option );
-    if ( !name )
-        return true;
-    charset = qvCharsetFromIanaName( tool::stringOf( *name ) );
-    if ( QV_CHARSET_OK( charset ) )
-        return true;
-    tool.usage( *name + ": no such charset; the list: qv text charsets" );
-    return false;
-}
-
 bool takeNewLine( Tool &tool, const Arguments &arguments, String &newLine )
 {
     std::optional<std::string> name = arguments.value( "newline" );
@@ -73,18 +61,6 @@ bool takeNewLine( Tool &tool, const Arguments &arguments, String &newLine )
     }
     newLine = String( qvNlfFlagsNlfString( flags ) );
     return true;
-}
-
-bool takeForm( Tool &tool, const Arguments &arguments, QV_UNICODE_NORMAL_FORM &form )
-{
-    std::optional<std::string> name = arguments.value( "normalize" );
-    if ( !name )
-        return true;
-    form = qvUnicodeNormalFormFromString( tool::longName( "QV_UNICODE_NORMAL_FORM_", *name ) );
-    if ( form >= 0 )
-        return true;
-    tool.usage( *name + ": no such normal form, there are: C, KC, D, KD" );
-    return false;
 }
 
 template <typename T>
@@ -111,9 +87,9 @@ bool takeChoice( Tool &tool, const Arguments &arguments, const char *option,
 bool takePlan( Tool &tool, const Arguments &arguments, Plan &plan )
 {
     plan.insertMark = arguments.has( "bom" );
-    return takeCharset( tool, arguments, "from", plan.from ) &&
-           takeCharset( tool, arguments, "to", plan.to ) && takeNewLine( tool, arguments, plan.newLine ) &&
-           takeForm( tool, arguments, plan.form ) &&
+    return tool::takeCharset( tool, arguments, "from", plan.from ) &&
+           tool::takeCharset( tool, arguments, "to", plan.to ) &&
+           takeNewLine( tool, arguments, plan.newLine ) && tool::takeForm( tool, arguments, plan.form ) &&
            takeChoice<Case>( tool, arguments, "case",
                              { { "upper", Case::upper }, { "lower", Case::lower }, { "fold", Case::fold } },
                              plan.letters ) &&

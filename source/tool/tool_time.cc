@@ -88,48 +88,27 @@ bool readShifts( std::string_view text, std::vector<Shift> &shifts )
     return shifts.size() > before;
 }
 
-// A time as the library reads it, "now", or "@" and seconds since the start of 1970. Null if it is none.
-Owner<QV_TIME> readTime( const std::string &text )
-{
-    if ( text.empty() || text == "now" )
-        return Owner( qvTimeNow() );
-    String read = tool::stringOf( text );
-    if ( text[0] != '@' )
-        return Owner( qvTimeTryCreateFromString( read ) );
-    QV_INT seconds;
-    QV_INT consumed;
-    if ( !qvStringScanInt( read, 1, -1, 10, &seconds, &consumed ) || consumed + 1 != qvStringLength( read ) )
-        return {};
-    return Owner( qvTimeTryCreateFromTimeT( seconds ) );
-}
-
-void printFact( Tool &tool, const char *name, const std::string &text )
-{
-    const Style &style = tool::styleOf( STDOUT_FILENO );
-    tool.out.write( "  " + std::string( style.dim ) + tool::padded( name, 16 ) + style.off + text + "\n" );
-}
-
 void printFacts( Tool &tool, QV_TIME *time )
 {
-    printFact( tool, "day of the year",
-               std::to_string( qvTimeDayOfYear( time ) ) + " of " +
-                   std::to_string( qvTimeDaysInYear( time ) ) );
-    printFact( tool, "month",
-               tool::textOf( String( qvMonthToString( qvTimeMonth( time ) ) ) ) + ", " +
-                   tool::counted( qvTimeDaysInMonth( time ), "day" ) );
+    tool::printFact( tool.out, "day of the year",
+                     std::to_string( qvTimeDayOfYear( time ) ) + " of " +
+                         std::to_string( qvTimeDaysInYear( time ) ) );
+    tool::printFact( tool.out, "month",
+                     tool::textOf( String( qvMonthToString( qvTimeMonth( time ) ) ) ) + ", " +
+                         tool::counted( qvTimeDaysInMonth( time ), "day" ) );
     QV_INT seconds;
     if ( qvTimeTryConvertToTimeT( time, &seconds ) )
-        printFact( tool, "since 1970", tool::counted( seconds, "second" ) );
+        tool::printFact( tool.out, "since 1970", tool::counted( seconds, "second" ) );
 }
 
 // "3 days 04:05:06" of a number of seconds.
 std::string duration( QV_INT seconds )
 {
     QV_INT rest = seconds < 0 ? -( seconds % 86400 ) : seconds % 86400;
-    auto two = []( QV_INT number ) { return ( number < 10 ? "0" : "" ) + std::to_string( number ); };
     return ( seconds < 0 ? "-" : "" ) +
            tool::counted( seconds < 0 ? -( seconds / 86400 ) : seconds / 86400, "day" ) + " " +
-           two( rest / 3600 ) + ":" + two( rest / 60 % 60 ) + ":" + two( rest % 60 );
+           tool::twoDigits( rest / 3600 ) + ":" + tool::twoDigits( rest / 60 % 60 ) + ":" +
+           tool::twoDigits( rest % 60 );
 }
 
 bool isWithin( QV_TIME *time )
@@ -149,7 +128,7 @@ void runTime( Tool &tool, const Arguments &arguments )
             return tool.usage( "\"" + value +
                                "\" is no shift: numbers with units such as 1y 2mo 3w 4d 5h 6mi 7s" );
     }
-    Owner time = readTime( text );
+    Owner time = tool::readTime( text );
     if ( !time )
         return tool.error( "\"" + text + "\"", "no time, or a day that doesn't exist" );
     for ( const Shift &shift : shifts )
@@ -164,14 +143,14 @@ void runTime( Tool &tool, const Arguments &arguments )
     std::optional<std::string> until = arguments.value( "until" );
     if ( !until )
         return;
-    Owner end = readTime( *until );
+    Owner end = tool::readTime( *until );
     QV_INT seconds;
     if ( !end )
         return tool.error( "\"" + *until + "\"", "no time, or a day that doesn't exist" );
     if ( !qvTimeDeltaSeconds( time, end, &seconds ) )
         return tool.error( "\"" + *until + "\"", "too far away to be counted" );
-    printFact( tool, "until", tool::textOf( String( qvTimeToString( end ) ) ) );
-    printFact( tool, "", duration( seconds ) + ", " + tool::counted( seconds, "second" ) );
+    tool::printFact( tool.out, "until", tool::textOf( String( qvTimeToString( end ) ) ) );
+    tool::printFact( tool.out, "", duration( seconds ) + ", " + tool::counted( seconds, "second" ) );
 }
 
 const tool::Option options[] = {
@@ -192,6 +171,20 @@ const tool::Example examples[] = {
 
 namespace tool
 {
+
+Owner<QV_TIME> readTime( const std::string &text )
+{
+    if ( text.empty() || text == "now" )
+        return Owner( qvTimeNow() );
+    String read = tool::stringOf( text );
+    if ( text[0] != '@' )
+        return Owner( qvTimeTryCreateFromString( read ) );
+    QV_INT seconds;
+    QV_INT consumed;
+    if ( !qvStringScanInt( read, 1, -1, 10, &seconds, &consumed ) || consumed + 1 != qvStringLength( read ) )
+        return {};
+    return Owner( qvTimeTryCreateFromTimeT( seconds ) );
+}
 
 const Command timeFacts = {
     "time",

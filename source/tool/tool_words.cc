@@ -49,6 +49,35 @@ String longName( std::string_view prefix, std::string_view name )
     return stringOf( text );
 }
 
+bool takeCharset( Tool &tool, const Arguments &arguments, const char *option, QV_CHARSET &charset )
+{
+    std::optional<std::string> name = arguments.value( option );
+    if ( !name )
+        return true;
+    charset = qvCharsetFromIanaName( stringOf( *name ) );
+    if ( QV_CHARSET_OK( charset ) )
+        return true;
+    tool.usage( *name + ": no such charset; the list: qv text charsets" );
+    return false;
+}
+
+bool takeForm( Tool &tool, const Arguments &arguments, QV_UNICODE_NORMAL_FORM &form )
+{
+    std::optional<std::string> name = arguments.value( "normalize" );
+    if ( !name )
+        return true;
+    form = qvUnicodeNormalFormFromString( longName( "QV_UNICODE_NORMAL_FORM_", *name ) );
+    if ( form >= 0 )
+        return true;
+    tool.usage( *name + ": no such normal form, there are: C, KC, D, KD" );
+    return false;
+}
+
+void usageExclusive( Tool &tool, std::string_view one, std::string_view other )
+{
+    tool.usage( "--" + std::string( one ) + " and --" + std::string( other ) + " exclude each other" );
+}
+
 std::string grouped( long long number )
 {
     std::string digits = std::to_string( number );
@@ -65,6 +94,11 @@ std::string codePoint( QV_CHAR ch )
     char text[16];
     std::snprintf( text, sizeof text, "U+%04X", ch );
     return text;
+}
+
+std::string twoDigits( long long number )
+{
+    return ( number < 10 ? "0" : "" ) + std::to_string( number );
 }
 
 std::string padded( std::string text, size_t width )
