@@ -72,7 +72,8 @@ constexpr Group allGroups[] = {
     groupOf<jsonCheck, jsonFormat, jsonGet>( "json", "JSON" ),
     groupOf<textConvert, textInfo, textCharsets>( "text", "Text" ),
     groupOf<processShow>( "process", "Processes" ),
-    groupOf<charFacts, timeFacts>( nullptr, "Characters and times" ),
+    groupOf<tagMatch, tagRewrite>( "tag", "Tags" ),
+    groupOf<charFacts, timeFacts, zoneFacts>( nullptr, "Characters, times and zones" ),
     groupOf<help>( nullptr, "Help" ),
 };
 

@@ -198,7 +198,8 @@ extern const Command storeShow, storeCheck, storeConvert, storeGet, storeSet, st
 extern const Command jsonCheck, jsonFormat, jsonGet;
 extern const Command textConvert, textInfo, textCharsets;
 extern const Command processShow;
-extern const Command charFacts, timeFacts;
+extern const Command tagMatch, tagRewrite;
+extern const Command charFacts, timeFacts, zoneFacts;
 extern const Command help;
 
 // Everything that the command has: groups of subtools, and groups without a name, whose subtools stand alone.

@@ -307,7 +307,7 @@ void printHelp( Tool &tool )
             width = std::max( width, std::string_view( command->name ).size() );
     }
     tool.out.write(
-        "Data files, JSON, text, statistics of processes, characters and times.\n\n" +
+        "Data files, JSON, text, statistics of processes, tags, characters, times and zones.\n\n" +
         heading( "Usage" ) );
     tool.out.write( "  qv TOOL [OPTION...] [ARGUMENT...]\n" );
     for ( const Group &group : groups() )
