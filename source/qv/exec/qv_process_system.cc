@@ -3,10 +3,12 @@
 #include <qv/base/qv_string.h>
 #include <qv/exec/qv_process_domain.hh>
 #include <qv/exec/qv_process_system_options.h>
+#include <qv/io/qv_path.h>
 #include <qv/io/qv_path_file.h>
 #include <qv/io/qv_store_header.h>
 #include <qv/runtime/qv_local.hh>
 #include <qv/runtime/qv_runtime.h>
+#include <qv/runtime/qv_runtime_paths.h>
 
 namespace
 {
@@ -15,10 +17,16 @@ constinit QV_PROCESS_SYSTEM_MODE systemMode = QV_PROCESS_SYSTEM_MODE_TOOL;
 constinit QV_PROCESS_DOMAIN *lowDomain = nullptr;
 constinit QV_PROCESS_DOMAIN *highDomain = nullptr; // the low one again in tool mode
 
-// The path of "qv_process.jnstore" in the data directory, owned by the caller; null, since no data directory is known.
+// The path of "qv_process.jnstore" in the data directory, owned by the caller; null if there is no data directory.
 QV_PATH *optionsPath()
 {
-    return nullptr;
+    qv::Local<QV_RUNTIME_PATHS> paths( qvRuntimePaths() );
+    qv::Local<QV_PATH> path( qvRuntimePathsPath( paths, QV_RUNTIME_PATH_DATA ) );
+    if ( path )
+    {
+        qvPathAppendComponentFilenameCstr( path.edit(), "qv_process.jnstore", -1 );
+    }
+    return path.give();
 }
 
 struct Fallback

@@ -1,11 +1,14 @@
 #include "exec/exec_support.hh"
 
+#include <sys/wait.h>
+
 #include <qv/base/qv_store.h>
 #include <qv/exec/qv_process_system.hh>
 #include <qv/exec/qv_process_system_options.h>
 #include <qv/io/qv_path_file.h>
 #include <qv/io/qv_store_header.h>
 #include <qv/runtime/qv_runtime.h>
+#include <qv/runtime/qv_runtime_paths.h>
 
 #include "support/child.hh"
 #include "support/folder.hh"
@@ -205,9 +208,44 @@ int serverDomains()
     return bad;
 }
 
+// The runtime reads what the host has put into its data directory.
+int configuredDomains()
+{
+    TemporaryFolder home;
+    setenv( "HOME", home.name().c_str(), 1 );
+    auto start = [] { qvRuntimeStartup( QV_RUNTIME_FLAG_SERVER, -1, nullptr, nullptr, nullptr, nullptr ); };
+    start();
+    {
+        qv::Local<QV_PATH> path(
+            qvRuntimePathsPath( qv::Local<QV_RUNTIME_PATHS>( qvRuntimePaths() ), QV_RUNTIME_PATH_DATA ) );
+        qvPathAppendComponentFilenameCstr( path.edit(), "qv_process.jnstore", -1 );
+        std::ofstream( textOf( path ) )
+            << "serverHighPriorityDomainOptions {\nthreadCount 3\nmaintainStatistics true\n}\n";
+    }
+    qvRuntimeShutdown();
+    start();
+    int bad = 0;
+    {
+        Domain low( qv___ProcessSystemDomainForPriority( QV_PROCESS_PRIORITY_LOW ) );
+        Domain high( qv___ProcessSystemDomainForPriority( QV_PROCESS_PRIORITY_HIGH ) );
+        bad |= qvProcessDomainThreadCount( high ) != 3 ? 1 : 0;
+        bad |= qvProcessDomainMaintainStatistics( high ) && !qvProcessDomainMaintainStatistics( low ) ? 0 : 2;
+        bad |= qvProcessDomainTrailOptimization( high ) ? 0 : 4;
+    }
+    qvRuntimeShutdown();
+    return bad;
+}
+
 } // namespace
 
 TEST( ProcessSystem, AServerHasTwoDomains )
 {
     EXPECT_EXIT( _exit( serverDomains() ), testing::ExitedWithCode( 0 ), "" );
+}
+
+TEST( ProcessSystem, ItsOptionsStandInTheDataDirectory )
+{
+    ChildResult child = runInChild( configuredDomains );
+    EXPECT_TRUE( WIFEXITED( child.status ) && WEXITSTATUS( child.status ) == 0 )
+        << child.status << child.output;
 }
