@@ -19,3 +19,11 @@ install( FILES "${CMAKE_BINARY_DIR}/qv-config.cmake" "${CMAKE_BINARY_DIR}/qv-con
 file( RELATIVE_PATH QV_PC_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/" )
 configure_file( cmake/libqv.pc.in "${CMAKE_BINARY_DIR}/libqv.pc" @ONLY )
 install( FILES "${CMAKE_BINARY_DIR}/libqv.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" )
+
+if( QV_BUILD_TOOL )
+    set( QV_GENERATED "${CMAKE_BINARY_DIR}/source/tool/generated" )
+    install( FILES "${QV_GENERATED}/qv.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" )
+    install( FILES "${QV_GENERATED}/qv" DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" )
+    install( FILES "${QV_GENERATED}/_qv" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" )
+    install( FILES "${QV_GENERATED}/qv.fish" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" )
+endif()

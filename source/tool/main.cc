@@ -74,7 +74,9 @@ constexpr Group allGroups[] = {
     groupOf<processShow>( "process", "Processes" ),
     groupOf<tagMatch, tagRewrite>( "tag", "Tags" ),
     groupOf<charFacts, timeFacts, zoneFacts>( nullptr, "Characters, times and zones" ),
-    groupOf<help>( nullptr, "Help" ),
+    groupOf<info>( nullptr, "Product and computer" ),
+    groupOf<installShow, installWrite>( "install-info", "Install information" ),
+    groupOf<help, generate>( nullptr, "Help" ),
 };
 
 bool isHelp( QV_VECTOR *argv )
@@ -131,18 +133,21 @@ template <size_t... places> Owner<QV_TOOL_SWITCH> allTools( std::index_sequence<
     return tools;
 }
 
-// Null if the command needs the library started whole.
-std::optional<int> runAll( int argc, char **argv, bool whole )
+// Null if the command needs the product's paths.
+std::optional<int> runAll( int argc, char **argv, bool paths )
 {
     Owner arguments( qvVectorCreate() );
     for ( int idx = 1; idx < argc; idx++ )
         qvVectorAppendString( arguments.edit(), stringOf( argv[idx] ) );
-    Tool tool{ .out = {}, .whole = whole };
+    Tool tool{ .out = {}, .paths = paths };
     Owner messages( qv___MessageSinkCreate( writeMessage, flushMessages, qvBoxedIntObj( boxOf( &tool ) ) ) );
     tool.messages = messages;
     runTools( tool, arguments );
     if ( tool.restart )
+    {
+        findDataPlaces();
         return std::nullopt;
+    }
     if ( !tool.out.finish() )
         tool.error( tool.out.displayName(), tool.out.failure() );
     return tool.status;
@@ -183,6 +188,9 @@ int main( int argc, char **argv )
 {
     std::optional<int> status = tool::runStarted( QV_RUNTIME_FLAG_MINIMAL, argc, argv );
     if ( !status )
+    {
+        tool::hideDataPlaces();
         status = tool::runStarted( 0, argc, argv );
+    }
     return *status;
 }

@@ -99,9 +99,6 @@ struct Style
     const char *off = "";
 };
 
-// A line of a sheet of facts: a name and what is known.
-void printFact( Output &out, const char *name, const std::string &text );
-
 // The colours of a descriptor: all empty unless it is a terminal and the user hasn't refused colours.
 const Style &styleOf( int descriptor );
 
@@ -145,6 +142,9 @@ class Watch
     std::condition_variable wake;
     std::thread teller; // runs only on a terminal
 };
+// A heading, and a line below it: a label in a column of its own, and what it stands for.
+void printTitle( Output &out, std::string_view title );
+void printFact( Output &out, std::string label, std::string_view text, size_t width = 16 );
 
 // Takes the progress line off the terminal before something else is printed there.
 void clearProgressLine();
@@ -183,7 +183,7 @@ struct Command
     std::span<const Option> options;
     std::span<const Example> examples;
     void ( *run )( Tool &tool, const Arguments &arguments );
-    bool whole = false; // needs the library started whole: with the product's paths and its data folders
+    bool paths = false; // needs the product's paths, which the library's minimal start leaves out
 };
 
 struct Group
@@ -200,7 +200,8 @@ extern const Command textConvert, textInfo, textCharsets;
 extern const Command processShow;
 extern const Command tagMatch, tagRewrite;
 extern const Command charFacts, timeFacts, zoneFacts;
-extern const Command help;
+extern const Command info, installShow, installWrite;
+extern const Command help, generate;
 
 // Everything that the command has: groups of subtools, and groups without a name, whose subtools stand alone.
 std::span<const Group> groups();
@@ -208,8 +209,17 @@ std::span<const Group> groups();
 // The word that a command is called by within its group.
 const char *wordOf( const Group &group, const Command &command );
 
-// What holds for all subtools: a word and its meaning.
-extern const std::span<const std::pair<const char *, const char *>> everywhere;
+// What the command is for, as a sentence; and what holds for all subtools, each a word and its meaning.
+extern const char purpose[];
+struct Meaning
+{
+    const char *word;
+    const char *text;
+};
+extern const std::span<const Meaning> everywhere, exitCodes, variables;
+
+// That and --help, as every subtool has them.
+std::vector<const Option *> allOptions( const Command &command );
 
 // ---- One run ----
 
@@ -220,8 +230,8 @@ struct Tool
     const Group *group = nullptr; // what was called so far
     const Command *command = nullptr;
     int status = statusGood;
-    bool whole = false;   // how the library was started
-    bool restart = false; // the command needs it started whole: nothing is done yet
+    bool paths = false;   // the library was started with the product's paths
+    bool restart = false; // the command needs them: nothing is done yet
 
     // Messages; an error sets the status to statusData, or stays at a worse one. place may be null.
     void error( QV_LOCATION *place, std::string_view text );
@@ -255,6 +265,40 @@ void printHelp( Tool &tool, const Command &command );
 void printHelp( Tool &tool, const Group &group );
 void printHelp( Tool &tool );
 
+// ---- Manual page and completions ----
+
+// The identifiers that install information takes, separated by blanks.
+std::string systemNames();
+std::string machineNames();
+std::string variantNames();
+
+// What an argument is, for its completion.
+enum class Kind
+{
+    other,
+    files,
+    folders,
+    words, // one of some words
+    tools  // a tool's name
+};
+
+struct Slot
+{
+    std::string name; // as help shows it
+    Kind kind = Kind::other;
+    std::string words; // separated by blanks
+    bool again = false;
+};
+
+Slot slotOf( const Option &option );
+std::vector<Slot> slotsOf( const Command &command );
+
+// The texts of the files that help a user outside of the command itself.
+std::string manualPage();
+std::string bashCompletion();
+std::string zshCompletion();
+std::string fishCompletion();
+
 // ---- Input ----
 
 // The location of a file by its name as typed, "-" being standard input.
@@ -271,6 +315,16 @@ void checkFiles( Tool &tool, const Arguments &arguments, std::string_view suffix
 
 // Where the first invalid byte sequence stands, by line and column of the characters before it. Null if there is none.
 Owner<QV_LOCATION> locateInvalid( QV_BUFFER *buffer, QV_LOCATION *base, QV_INT charset );
+
+// ---- The product's paths ----
+
+// The library makes the product's data folders when it works out the paths. These two calls, before and after the end of
+// the minimal start, let the next start work them out without making any.
+void findDataPlaces();
+void hideDataPlaces();
+
+// The paths, as after a start that makes the folders.
+Owner<QV_RUNTIME_PATHS> runtimePaths();
 
 // ---- Texts ----
 
@@ -297,6 +351,8 @@ std::string twoDigits( long long number );
 std::string padded( std::string text, size_t width );
 // The column of a number, right-aligned.
 std::string aligned( std::string text, size_t width );
+// The text with each occurrence of one of the characters behind a prefix.
+std::string prefixed( std::string_view text, std::string_view characters, std::string_view prefix );
 // "1 file", "2 files".
 std::string counted( long long number, const char *noun );
 

@@ -14,15 +14,6 @@ namespace
 constexpr tool::Option helpOption = { 'h', "help", nullptr, "Print this help." };
 constexpr QV_INT operandId = 1000;
 
-std::vector<const tool::Option *> allOptions( const tool::Command &command )
-{
-    std::vector<const tool::Option *> all;
-    for ( const tool::Option &option : command.options )
-        all.push_back( &option );
-    all.push_back( &helpOption );
-    return all;
-}
-
 tool::Owner<QV_OPT_DEF> definition( const std::vector<const tool::Option *> &options )
 {
     tool::Owner def( qvOptDefCreate() );
@@ -235,7 +226,7 @@ bool runCommand( Tool &tool, const Command &command, QV_VECTOR *argv )
     else if ( arguments.operands.size() > command.most )
         tool.usage( *command.operands ? std::string( "too many arguments, expected: " ) + command.operands
                                       : "no arguments are taken" );
-    else if ( command.whole && !tool.whole )
+    else if ( command.paths && !tool.paths )
         tool.restart = true;
     else
         command.run( tool, arguments );
@@ -244,15 +235,37 @@ bool runCommand( Tool &tool, const Command &command, QV_VECTOR *argv )
 
 // ---- Help ----
 
-static constexpr std::pair<const char *, const char *> everywhereRows[] = {
+const char purpose[] = "Works on data files, text and times, and on programs that use the qv library.";
+
+static constexpr Meaning everywhereRows[] = {
     { "-", "Standard input, or standard output." },
     { "--", "What follows is no option, even if it begins with a dash." },
     { "-h, --help", "Help, for each tool with examples: qv store set --help, or qv help store set." },
     { "--version", "The version of the command." },
-    { "exit code", "0 success, 1 the data is at fault, 2 the command line is." },
     { "names", "Tools and long options may be shortened: qv st sh FILE" },
 };
-constinit const std::span<const std::pair<const char *, const char *>> everywhere = everywhereRows;
+static constexpr Meaning exitCodeRows[] = {
+    { "0", "Success." },
+    { "1", "The data, or a file, is at fault." },
+    { "2", "The command line is." },
+};
+static constexpr Meaning variableRows[] = {
+    { "NO_COLOR", "If it is set and not empty, nothing is coloured; else output to a terminal is." },
+    { "TERM", "Nothing is coloured if it is \"dumb\"." },
+    { "HOME", "The folder below which a program's data folders lie." },
+};
+constinit const std::span<const Meaning> everywhere = everywhereRows;
+constinit const std::span<const Meaning> exitCodes = exitCodeRows;
+constinit const std::span<const Meaning> variables = variableRows;
+
+std::vector<const Option *> allOptions( const Command &command )
+{
+    std::vector<const Option *> all;
+    for ( const Option &option : command.options )
+        all.push_back( &option );
+    all.push_back( &helpOption );
+    return all;
+}
 
 const char *wordOf( const Group &group, const Command &command )
 {
@@ -306,18 +319,21 @@ void printHelp( Tool &tool )
         for ( const Command *command : group.commands )
             width = std::max( width, std::string_view( command->name ).size() );
     }
-    tool.out.write(
-        "Data files, JSON, text, statistics of processes, tags, characters, times and zones.\n\n" +
-        heading( "Usage" ) );
+    tool.out.write( std::string( purpose ) + "\n\n" + heading( "Usage" ) );
     tool.out.write( "  qv TOOL [OPTION...] [ARGUMENT...]\n" );
     for ( const Group &group : groups() )
     {
         tool.out.write( "\n" + heading( group.summary ) );
         printCommands( tool, group.commands, width );
     }
-    tool.out.write( "\n" + heading( "Everywhere" ) );
-    for ( const auto &[word, meaning] : everywhere )
-        printRow( tool.out, width, word, meaning );
+    for ( const auto &[title, rows] : { std::pair( "Everywhere", everywhere ),
+                                        { "Exit codes", exitCodes },
+                                        { "Environment", variables } } )
+    {
+        tool.out.write( "\n" + heading( title ) );
+        for ( const Meaning &row : rows )
+            printRow( tool.out, width, row.word, row.text );
+    }
 }
 
 static void runHelp( Tool &tool, const Arguments &arguments )

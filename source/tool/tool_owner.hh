@@ -34,6 +34,8 @@
 #include <qv/json/qv_json_options.h>
 #include <qv/json/qv_json_value.h>
 #include <qv/runtime/qv_module_version.h>
+#include <qv/runtime/qv_runtime_install_info.h>
+#include <qv/runtime/qv_runtime_paths.h>
 #include <qv/tag/qv_tag_match.h>
 #include <qv/tag/qv_tag_rewrite.h>
 #include <qv/tag/qv_tag_set.h>
@@ -83,6 +85,8 @@ TOOL_OWNED( QV_PROCESS_STATISTICS, qvProcessStatistics )
 TOOL_OWNED( QV_PROCESS_STATISTICS_FAMILY, qvProcessStatisticsFamily )
 TOOL_OWNED( QV_PROCESS_STATISTICS_GROUP, qvProcessStatisticsGroup )
 TOOL_OWNED( QV_PROCESS_STATISTICS_INTERVAL, qvProcessStatisticsInterval )
+TOOL_OWNED( QV_RUNTIME_INSTALL_INFO, qvRuntimeInstallInfo )
+TOOL_OWNED( QV_RUNTIME_PATHS, qvRuntimePaths )
 TOOL_OWNED( QV_STORE, qvStore )
 TOOL_OWNED( QV_STORE_DECODE_ERROR, qvStoreDecodeError )
 TOOL_OWNED( QV_STORE_DECODE_RESULT, qvStoreDecodeResult )

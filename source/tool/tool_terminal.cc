@@ -61,10 +61,17 @@ const Style &styleOf( int descriptor )
     return isatty( descriptor ) && !refusesColour() ? coloured : plain;
 }
 
-void printFact( Output &out, const char *name, const std::string &text )
+void printTitle( Output &out, std::string_view title )
 {
     const Style &style = styleOf( STDOUT_FILENO );
-    out.write( "  " + std::string( style.dim ) + padded( name, 16 ) + style.off + text + "\n" );
+    out.write( style.bold + std::string( title ) + style.off + "\n" );
+}
+
+void printFact( Output &out, std::string label, std::string_view text, size_t width )
+{
+    const Style &style = styleOf( STDOUT_FILENO );
+    out.write( "  " + std::string( style.dim ) + padded( std::move( label ), width ) + style.off );
+    out.write( std::string( text ) + "\n" );
 }
 
 Progress::Progress( std::string named, long long totalUnits, const char *unitName )

@@ -465,11 +465,13 @@ void runConvert( Tool &tool, const Arguments &arguments )
 const tool::Option convertOptions[] = {
     { 'f', "from", "CHARSET", "Charset of IN; UTF-8 if not given." },
     { 't', "to", "CHARSET", "Charset of OUT; UTF-8 if not given." },
-    { 'n', "newline", "FORM", "Write all new-lines as lf, crlf, cr, nel, ls, ps, vt or ff." },
-    { 'N', "normalize", "FORM", "Bring the text to the normal form C, KC, D or KD." },
-    { 'c', "case", "CASE", "Change letters: upper, lower or fold." },
+    { 'n', "newline", "FORM", "Write all new-lines as lf, crlf, cr, nel, ls, ps, vt or ff.",
+      "lf crlf cr nel ls ps vt ff" },
+    { 'N', "normalize", "FORM", "Bring the text to the normal form C, KC, D or KD.", "C KC D KD" },
+    { 'c', "case", "CASE", "Change letters: upper, lower or fold.", "upper lower fold" },
     { 'i', "invalid", "WAY",
-      "What can't be read or written: replace it (so if not given), ignore it, or abort." },
+      "What can't be read or written: replace it (so if not given), ignore it, or abort.",
+      "replace ignore abort" },
     { 'b', "bom", nullptr, "Begin with a byte order mark, if OUT is in a form of Unicode." },
 };
 const tool::Example convertExamples[] = {

@@ -190,10 +190,9 @@ Census take( QV_STRING *text, const std::string &name )
 
 // ---- Printing ----
 
-void printFact( Tool &tool, const char *name, const std::string &text )
+void printFact( Tool &tool, const char *label, std::string_view text )
 {
-    const Style &style = tool::styleOf( STDOUT_FILENO );
-    tool.out.write( "  " + std::string( style.dim ) + tool::padded( name, 14 ) + style.off + text + "\n" );
+    tool::printFact( tool.out, label, text, 14 );
 }
 
 std::string normalForms( QV_STRING *text )
@@ -238,8 +237,7 @@ void printCounts( Tool &tool, const char *title, const std::map<Key, long long> 
 
 void printText( Tool &tool, const std::string &name, QV_BUFFER *bytes, const Guess &guess )
 {
-    const Style &style = tool::styleOf( STDOUT_FILENO );
-    tool.out.write( std::string( style.bold ) + ( name == "-" ? "<stdin>" : name ) + style.off + "\n" );
+    tool::printTitle( tool.out, name == "-" ? "<stdin>" : name );
     printFact( tool, "charset",
                tool::textOf( String( qvCharsetToIanaName( guess.charset ) ) ) + "  (" + guess.reason + ")" );
     printFact( tool, "bytes", tool::grouped( qvBufferLength( bytes ) ) );

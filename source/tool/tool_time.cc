@@ -3,7 +3,6 @@
 #include "tool.hh"
 
 #include <algorithm>
-#include <unistd.h>
 
 namespace
 {
@@ -11,7 +10,6 @@ namespace
 using tool::Arguments;
 using tool::Owner;
 using tool::String;
-using tool::Style;
 using tool::Tool;
 
 // Far beyond any date that people mean, and far from the ends of the integers that the library counts years in.

@@ -115,6 +115,18 @@ std::string aligned( std::string text, size_t width )
     return text;
 }
 
+std::string prefixed( std::string_view text, std::string_view characters, std::string_view prefix )
+{
+    std::string result;
+    for ( char ch : text )
+    {
+        if ( characters.find( ch ) != std::string_view::npos )
+            result += prefix;
+        result += ch;
+    }
+    return result;
+}
+
 std::string counted( long long number, const char *noun )
 {
     return grouped( number ) + " " + noun + ( number == 1 ? "" : "s" );
