@@ -115,12 +115,50 @@ extern QV_API QV_MODULE qv___module;
  * is initialized; set the other fields before anyone else sees the object. */
 QV_API qvObj qv___ObjCreate( QV_INT size, QV_SORT *sort );
 
-QV_END_DECLS
-
-/* The module that owns the sorts of a source file; a module defines it before it includes this header. */
-#ifndef QV_MODULE_OBJECT
+/* The module that owns the sorts of a source file; the build of a module defines its own as QV_MODULE_OBJECT. */
+#ifdef QV_MODULE_OBJECT
+extern QV_API QV_MODULE QV_MODULE_OBJECT;
+#else
 #define QV_MODULE_OBJECT qv___module
 #endif
+
+QV_END_DECLS
+
+/* Atomic reading of a count, and of the references held to an object: an editing function that is given the address of a
+ * handle puts a copy of its own there while others hold the object too. */
+#define QV___RETAIN_COUNT_VALUE( x ) __atomic_load_n( &( x ), __ATOMIC_SEQ_CST )
+#define QV_REF_RETAIN_COUNT( x )     QV___RETAIN_COUNT_VALUE( ( (qvObj)( x ) )->retainCount )
+
+#ifdef __cplusplus
+#define QV___EXTERN_C extern "C"
+#else
+#define QV___EXTERN_C extern
+#endif
+
+/* Defines a module's object with its hooks, each of which may be NULL, for example
+ * QV_MODULE_DEFINE( word_count, start, NULL, end, NULL, NULL ). Its record, <name>___module_record, is for the module's
+ * build to define, as qv_add_module of the CMake package does.
+ *
+ * startup          called when the module is loaded, behind the modules that it depends on; false refuses it
+ * prepareShutdown  the first hook of unloading, called for all modules before any of them goes on
+ * shutdown         the second one: lets go of the objects that the module itself holds
+ * finalize         the last one: the module's objects have all gone
+ * personality      a tool's entry point, see qvModuleRunPersonality
+ *
+ * No hook may load, register or unload modules. */
+#define QV_MODULE_DEFINE( name, startup, prepareShutdown, shutdown, finalize, personality )                  \
+    QV___EXTERN_C const QV_MODULE_RECORD name##___module_record;                                             \
+    QV___EXTERN_C QV_API QV_MODULE name##___module;                                                          \
+    QV_MODULE name##___module = { QV___STATIC_HEADER( QV___OBJ_TYPE_MODULE ),                                \
+                                  &name##___module_record,                                                   \
+                                  startup,                                                                   \
+                                  prepareShutdown,                                                           \
+                                  shutdown,                                                                  \
+                                  finalize,                                                                  \
+                                  personality,                                                               \
+                                  0,                                                                         \
+                                  NULL,                                                                      \
+                                  NULL };
 
 #if defined( __cplusplus ) && __cplusplus >= 202002L
 #define QV___CONSTINIT constinit

@@ -35,9 +35,6 @@ inline uint32_t qv___RetainCountValue( const uint32_t *count )
     return __atomic_load_n( count, __ATOMIC_SEQ_CST );
 }
 
-#define QV___RETAIN_COUNT_VALUE( x ) qv___RetainCountValue( &( x ) )
-#define QV_REF_RETAIN_COUNT( x )     qv___RetainCountValue( &( x )->retainCount )
-
 // Destroys an object whose count has reached 0.
 void qv___ObjFree( qvObj thisObj );
 
