@@ -1,6 +1,6 @@
 // The qv command: which tool runs, and how the process ends.
 
-#include "tool.hh"
+#include "tool_module.hh"
 
 #include <qv/io/qv_stream_author.h>
 #include <qv/runtime/qv_runtime.h>
@@ -72,6 +72,7 @@ constexpr Group allGroups[] = {
     groupOf<jsonCheck, jsonFormat, jsonGet>( "json", "JSON" ),
     groupOf<textConvert, textInfo, textCharsets>( "text", "Text" ),
     groupOf<processShow>( "process", "Processes" ),
+    groupOf<moduleList, moduleCheck>( "module", "Modules" ),
     groupOf<tagMatch, tagRewrite>( "tag", "Tags" ),
     groupOf<charFacts, timeFacts, zoneFacts>( nullptr, "Characters, times and zones" ),
     groupOf<info>( nullptr, "Product and computer" ),
@@ -133,19 +134,20 @@ template <size_t... places> Owner<QV_TOOL_SWITCH> allTools( std::index_sequence<
     return tools;
 }
 
-// Null if the command needs the product's paths.
-std::optional<int> runAll( int argc, char **argv, bool paths )
+// Null if the command needs the product's paths; with the flags of its start.
+std::optional<int> runAll( int argc, char **argv, QV_RUNTIME_FLAGS &flags )
 {
     Owner arguments( qvVectorCreate() );
     for ( int idx = 1; idx < argc; idx++ )
         qvVectorAppendString( arguments.edit(), stringOf( argv[idx] ) );
-    Tool tool{ .out = {}, .paths = paths };
+    Tool tool{ .out = {}, .paths = !( flags & QV_RUNTIME_FLAG_MINIMAL ) };
     Owner messages( qv___MessageSinkCreate( writeMessage, flushMessages, qvBoxedIntObj( boxOf( &tool ) ) ) );
     tool.messages = messages;
     runTools( tool, arguments );
     if ( tool.restart )
     {
         findDataPlaces();
+        flags = tool.command->flags;
         return std::nullopt;
     }
     if ( !tool.out.finish() )
@@ -153,12 +155,15 @@ std::optional<int> runAll( int argc, char **argv, bool paths )
     return tool.status;
 }
 
-std::optional<int> runStarted( QV_RUNTIME_FLAGS flags, int argc, char **argv )
+// What a module that is checked leaves behind is told after this time.
+constexpr QV_INT unloadTimeout = 5000; // milliseconds
+
+std::optional<int> runStarted( int argc, char **argv, QV_RUNTIME_FLAGS &flags )
 {
-    qvRuntimeStartup( flags, -1, nullptr, "qv", "QV", QV_TOOL_VERSION );
+    qvRuntimeStartup( flags, unloadTimeout, takePrinted, "qv", "QV", QV_TOOL_VERSION );
     // A reader that has seen enough ends the command without a word, as with any filter.
     signal( SIGPIPE, SIG_DFL );
-    std::optional<int> status = runAll( argc, argv, !( flags & QV_RUNTIME_FLAG_MINIMAL ) );
+    std::optional<int> status = runAll( argc, argv, flags );
     qvRuntimeShutdown();
     return status;
 }
@@ -186,11 +191,14 @@ void runTools( Tool &tool, QV_VECTOR *argv )
 
 int main( int argc, char **argv )
 {
-    std::optional<int> status = tool::runStarted( QV_RUNTIME_FLAG_MINIMAL, argc, argv );
+    QV_RUNTIME_FLAGS flags = QV_RUNTIME_FLAG_MINIMAL;
+    std::optional<int> status = tool::runStarted( argc, argv, flags );
     if ( !status )
     {
-        tool::hideDataPlaces();
-        status = tool::runStarted( 0, argc, argv );
+        // Modules find all as in a host.
+        if ( !( flags & QV_RUNTIME_FLAG_SYSTEM ) )
+            tool::hideDataPlaces();
+        status = tool::runStarted( argc, argv, flags );
     }
     return *status;
 }

@@ -6,6 +6,7 @@
 #include "tool_owner.hh"
 
 #include <qv/charset/qv_charset.h>
+#include <qv/runtime/qv_runtime.h>
 #include <qv/unicode/qv_unicode_normalizer.h>
 
 #include <condition_variable>
@@ -183,7 +184,8 @@ struct Command
     std::span<const Option> options;
     std::span<const Example> examples;
     void ( *run )( Tool &tool, const Arguments &arguments );
-    bool paths = false; // needs the product's paths, which the library's minimal start leaves out
+    bool paths = false;         // needs the product's paths, which the library's minimal start leaves out
+    QV_RUNTIME_FLAGS flags = 0; // and these flags then
 };
 
 struct Group
@@ -198,6 +200,7 @@ extern const Command storeShow, storeCheck, storeConvert, storeGet, storeSet, st
 extern const Command jsonCheck, jsonFormat, jsonGet;
 extern const Command textConvert, textInfo, textCharsets;
 extern const Command processShow;
+extern const Command moduleList, moduleCheck;
 extern const Command tagMatch, tagRewrite;
 extern const Command charFacts, timeFacts, zoneFacts;
 extern const Command info, installShow, installWrite;

@@ -33,6 +33,7 @@
 #include <qv/json/qv_json_decode.h>
 #include <qv/json/qv_json_options.h>
 #include <qv/json/qv_json_value.h>
+#include <qv/runtime/qv_module.h>
 #include <qv/runtime/qv_module_version.h>
 #include <qv/runtime/qv_runtime_install_info.h>
 #include <qv/runtime/qv_runtime_paths.h>
@@ -76,6 +77,7 @@ TOOL_OWNED( QV_JSON_VALUE, qvJsonValue )
 TOOL_OWNED( QV_LOCATION, qvLocation )
 TOOL_OWNED( QV_MESSAGE, qvMessage )
 TOOL_OWNED( QV_MESSAGE_SINK, qvMessageSink )
+TOOL_OWNED( QV_MODULE, qvModule )
 TOOL_OWNED( QV_MODULE_VERSION, qvModuleVersion )
 TOOL_OWNED( QV_OPT_DEF, qvOptDef )
 TOOL_OWNED( QV_OPT_SEQ, qvOptSeq )

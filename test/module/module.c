@@ -2,7 +2,10 @@
  * ones, the record's NAME, DEPS, EXTS, VERSION_MAJOR (of a product that the module is bound to) and what START gives. Every
  * hook writes a line to standard error. */
 
+#include <signal.h>
 #include <stdio.h>
+#include <stdlib.h>
+#include <unistd.h>
 
 #include <qv/runtime/qv_author.h>
 
