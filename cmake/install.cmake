@@ -12,7 +12,10 @@ install( EXPORT qv-targets NAMESPACE qv:: DESTINATION "${QV_CMAKE_DIR}" )
 configure_package_config_file( "${CMAKE_SOURCE_DIR}/cmake/qv-config.cmake.in" "${CMAKE_BINARY_DIR}/qv-config.cmake"
                                INSTALL_DESTINATION "${QV_CMAKE_DIR}" )
 write_basic_package_version_file( "${CMAKE_BINARY_DIR}/qv-config-version.cmake" COMPATIBILITY SameMinorVersion )
+string( TOUPPER "JN_${QV_PRODUCT_NAME}_BIN_PATH" QV_BIN_PATH_VARIABLE )
+configure_file( cmake/qv_add_module.cmake.in "${CMAKE_BINARY_DIR}/qv_add_module.cmake" @ONLY )
 install( FILES "${CMAKE_BINARY_DIR}/qv-config.cmake" "${CMAKE_BINARY_DIR}/qv-config-version.cmake"
+               "${CMAKE_BINARY_DIR}/qv_add_module.cmake"
          DESTINATION "${QV_CMAKE_DIR}" )
 
 # The file finds its prefix from its own place, which may be a folder deeper than lib on some systems.
