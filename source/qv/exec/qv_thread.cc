@@ -11,6 +11,7 @@
 #include <qv/exec/qv_exec_block.hh>
 #include <qv/runtime/qv_local.hh>
 #include <qv/sys/qv_mem.h>
+#include <qv/sys/qv_signal_stack.hh>
 
 namespace
 {
@@ -71,7 +72,11 @@ void runThread( void *argument )
 
 void *startRoutine( void *argument )
 {
+    // Outside of all else: the runtime may have ended when the thread does.
+    qv::SignalStack signalStack;
+    qv::signalStackEnter( &signalStack );
     qv___ExecEncapsulate( runThread, argument );
+    qv::signalStackLeave( &signalStack );
     return nullptr;
 }
 

@@ -33,6 +33,7 @@
 #include <qv/io/qv_path_directory.hh>
 #include <qv/json/qv_json_options.hh>
 #include <qv/json/qv_json_value.hh>
+#include <qv/runtime/qv_abort_startup.hh>
 #include <qv/runtime/qv_obj.hh>
 #include <qv/runtime/qv_runtime_hardware.hh>
 #include <qv/runtime/qv_runtime_info.hh>
@@ -143,6 +144,7 @@ constexpr Component components[] = {
     QV___COMPONENT( TagRewriteOperationType, Stop::inOrder ),
     QV___COMPONENT( TagSet, Stop::inOrder ),
     QV___COMPONENT( RuntimePlatform, Stop::inReverse ),
+    QV___COMPONENT( Abort, Stop::inReverse ),
     QV___COMPONENT( ThreadPriority, Stop::inReverse ),
     QV___COMPONENT( Thread, Stop::inReverse ),
     QV___COMPONENT( Timer, Stop::inReverse ),
