@@ -1,10 +1,13 @@
-#include <gtest/gtest.h>
+#include "exec/exec_support.hh"
 
 #include <atomic>
 #include <pthread.h>
 #include <sched.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 #include <qv/base/qv_barrier.h>
 #include <qv/base/qv_boxed_int.h>
@@ -12,9 +15,9 @@
 #include <qv/base/qv_signalable.h>
 #include <qv/exec/qv_exec_block.hh>
 #include <qv/exec/qv_thread.hh>
+#include <qv/runtime/qv_runtime.h>
 
 #include "support/child.hh"
-#include "support/text.hh"
 
 using namespace test;
 
@@ -65,6 +68,54 @@ void waitForArgument()
 void countUp( qvObj closure )
 {
     qvBarrierUnblock( qvBarrierFrom( closure ) );
+}
+
+void limitThreads( rlim_t most )
+{
+    rlimit limit;
+    getrlimit( RLIMIT_NPROC, &limit );
+    limit.rlim_cur = most < limit.rlim_max ? most : limit.rlim_max;
+    setrlimit( RLIMIT_NPROC, &limit );
+}
+
+// A user who may neither use real-time scheduling nor start as many threads as the domain has.
+int withoutRights()
+{
+    alarm( 60 );
+    startRuntime();
+    const rlimit none = { 0, 0 };
+    setrlimit( RLIMIT_RTPRIO, &none );
+    if ( geteuid() == 0 && setresuid( 65534, 65534, 65534 ) != 0 )
+        return 64;
+    qvThreadJoin( spawn( look ) );
+    int bad = seen.policy == SCHED_OTHER && seen.thisIsSet ? 0 : 1;
+    limitThreads( 0 );
+    bad |= spawn( look ) ? 2 : 0;
+    rlim_t most = 1;
+    for ( ; !spawn( look ); most++ )
+        limitThreads( most );
+    limitThreads( most + 5 );
+    bad |= domainWith( { 128, true, true } ) ? 4 : 0;
+    limitThreads( RLIM_INFINITY );
+    bad |= domainWith( { 8, true, true } ) ? 0 : 8;
+    qvRuntimeShutdown();
+    return bad;
+}
+
+std::atomic<bool> hasWorked = false;
+
+void workLong()
+{
+    std::this_thread::sleep_for( std::chrono::milliseconds( 50 ) );
+    hasWorked = true;
+}
+
+int shutdownDuringAThread()
+{
+    startRuntime();
+    qv::release( spawn( workLong ).give() );
+    qvRuntimeShutdown();
+    return hasWorked ? 0 : 1;
 }
 
 } // namespace
@@ -136,6 +187,18 @@ TEST( Thread, ForeignThreadsHaveNoObjectAndMayNotJoin )
     EXPECT_FALSE( isEncapsulated );
     EXPECT_EQ( nullptr, self );
     EXPECT_DEATH( std::thread( [] { qvThreadJoin( spawn( look ) ); } ).join(), "qv___ExecEncapsulated" );
+}
+
+TEST( Thread, RightsAreMissing )
+{
+    ChildResult child = runInChild( withoutRights );
+    EXPECT_EQ( 0, child.status ) << WEXITSTATUS( child.status );
+    EXPECT_EQ( "", child.output ) << "objects are left";
+}
+
+TEST( Thread, TheEndOfTheRuntimeWaits )
+{
+    EXPECT_EQ( 0, runInChild( shutdownDuringAThread ).status );
 }
 
 TEST( Thread, CallersFaultsStopTheProcess )
