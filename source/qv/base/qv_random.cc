@@ -3,6 +3,7 @@
 #include <qv/base/qv_random.hh>
 
 #include <qv/base/qv_buffer.h>
+#include <qv/base/qv_keyed_hash.hh>
 #include <qv/base/qv_monitor.h>
 #include <qv/sys/qv_int.h>
 
@@ -11,6 +12,8 @@
 #include <fcntl.h>
 #include <time.h>
 #include <unistd.h>
+
+constinit qv::HashKey qv::hashKey = {};
 
 namespace
 {
@@ -138,6 +141,7 @@ void qv___RandomStartup()
     qv___RandomFd = open( "/dev/urandom", O_RDONLY | O_CLOEXEC );
     srand( static_cast<unsigned>( time( nullptr ) ) );
     qv___RandomFillBuffer();
+    qvRandomBytes( reinterpret_cast<unsigned char *>( qv::hashKey.words ), sizeof( qv::hashKey.words ) );
 }
 
 void qv___RandomShutdown()

@@ -1,5 +1,6 @@
 #include <qv/base/qv_store_collector.hh>
 
+#include <qv/base/qv_keyed_hash.hh>
 #include <qv/sys/qv_mem.h>
 
 #include <algorithm>
@@ -10,17 +11,6 @@ namespace qv
 
 namespace
 {
-
-uint64_t hashOfAddress( const QV_CHAR *chs, QV_INT length )
-{
-    uint64_t hash = static_cast<uint64_t>( length );
-    for ( QV_INT idx = 0; idx < length; idx++ )
-    {
-        hash = ( hash ^ chs[idx] ) * 0x9E3779B97F4A7C15u;
-        hash ^= hash >> 29;
-    }
-    return hash;
-}
 
 QV_STRING *addressOf( const qv___DictPair &pair )
 {
@@ -69,7 +59,7 @@ bool EntryLevel::addAddress( const QV_CHAR *chs, QV_INT length )
     }
     if ( slots_ )
     {
-        hash = hashOfAddress( chs, length );
+        hash = hashChars( chs, length );
         if ( isKnown( chs, length, hash ) )
             return false;
     }
@@ -139,7 +129,7 @@ void EntryLevel::rehash()
     for ( QV_INT pair = first_; pair < entries_->count_; pair++ )
     {
         QV_STRING *address = addressOf( entries_->pairs_[pair] );
-        enterHash( hashOfAddress( stringBacking( address ), stringLength( address ) ), pair );
+        enterHash( hashChars( stringBacking( address ), stringLength( address ) ), pair );
     }
 }
 

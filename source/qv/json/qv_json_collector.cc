@@ -1,5 +1,6 @@
 #include <qv/json/qv_json_collector.hh>
 
+#include <qv/base/qv_keyed_hash.hh>
 #include <qv/sys/qv_mem.h>
 
 #include <algorithm>
@@ -20,6 +21,11 @@ template <typename T> void grow( T **items, QV_INT *alloc, QV_INT least )
     *alloc = *alloc > 0 ? *alloc * 2 : least;
     void *room = *items ? qvMemReallocN( *items, *alloc, sizeof( T ) ) : qvMemAllocN( *alloc, sizeof( T ) );
     *items = static_cast<T *>( room );
+}
+
+uint32_t keyedHash( QV_STRING *name )
+{
+    return static_cast<uint32_t>( hashChars( stringBacking( name ), stringLength( name ) ) );
 }
 
 } // namespace
@@ -62,7 +68,9 @@ void JsonCollector::addName( QV_STRING *given, uint32_t hash )
     if ( !level->isAscending )
     {
         if ( !level->slots && count() > fewNames )
-            rehash( level );
+            beginSlots( level );
+        if ( level->slots )
+            entry.hash = keyedHash( given );
         level->isDuplicate = isKnown( level, entry );
     }
     push( entry );
@@ -108,6 +116,16 @@ void JsonCollector::enterSlot( JsonLevel *level, QV_INT idx )
         slot = ( slot + 1 ) & mask;
     }
     level->slots[slot] = static_cast<int32_t>( idx );
+}
+
+// Goes over to a hash table and to hashes that nobody can foresee.
+void JsonCollector::beginSlots( JsonLevel *level )
+{
+    for ( QV_INT idx = level->first; idx < count_; idx++ )
+    {
+        entries_[idx].hash = keyedHash( entries_[idx].name );
+    }
+    rehash( level );
 }
 
 // Makes the hash table of all names, with room for as many again.

@@ -49,7 +49,7 @@ class JsonCollector
         return count_ - levels_[depth_ - 1].first;
     }
 
-    // The next member's name, handed over, with its hash; its value must follow.
+    // The next member's name, handed over, with a hash of it, which needn't be a good one; its value must follow.
     void addName( QV_STRING *given, uint32_t hash );
     // The value of the name that was added last, or an element of an array; handed over.
     void addValue( QV_JSON_VALUE *given );
@@ -62,12 +62,13 @@ class JsonCollector
     {
         QV_STRING *name;      // null for an element
         QV_JSON_VALUE *value; // null while it is being read
-        uint32_t hash;        // of the name
+        uint32_t hash;        // of the name: the given one, or the keyed one in a level with slots
     };
 
     void push( const Entry &entry );
     bool isKnown( const JsonLevel *level, const Entry &entry ) const;
     void enterSlot( JsonLevel *level, QV_INT idx );
+    void beginSlots( JsonLevel *level );
     void rehash( JsonLevel *level );
     QV_DICT *takeDict( JsonLevel *level );
     QV_VECTOR *takeVector( JsonLevel *level );
