@@ -56,6 +56,10 @@ using Store = Owner<QV_STORE, qvStoreRelease>;
 using StoreHeader = Owner<QV_STORE_HEADER, qvStoreHeaderRelease>;
 using StoreResult = Owner<QV_STORE_DECODE_RESULT, qvStoreDecodeResultRelease>;
 using StoreError = Owner<QV_STORE_DECODE_ERROR, qvStoreDecodeErrorRelease>;
+using JsonOptions = Owner<QV_JSON_OPTIONS, qvJsonOptionsRelease>;
+using JsonResult = Owner<QV_JSON_DECODE_RESULT, qvJsonDecodeResultRelease>;
+using JsonError = Owner<QV_JSON_DECODE_ERROR, qvJsonDecodeErrorRelease>;
+using Json = Owner<QV_JSON_VALUE, qvJsonValueRelease>;
 using HeaderResult = Owner<QV_HEADER_DECODE_RESULT, qvHeaderDecodeResultRelease>;
 using HeaderError = Owner<QV_HEADER_DECODE_ERROR, qvHeaderDecodeErrorRelease>;
 using Header = Owner<QV_HEADER, qvHeaderRelease>;
@@ -206,6 +210,72 @@ void fuzzDecoder( const unsigned char *bytes, size_t length )
         offset = qvDecoderOffset( dec );
         REQUIRE( offset + qvDecoderRemaining( dec ) == static_cast<QV_INT>( length ) );
     }
+}
+
+constexpr QV_JSON_FLAGS packedJson = QV_JSON_FLAG_ENCODE_SINGLE_LINE | QV_JSON_FLAG_ENCODE_PACKED;
+
+// A value comes back from its text, whatever the layout.
+void requireJsonComesBack( QV_JSON_VALUE *val, QV_JSON_FLAGS layout )
+{
+    Buffer packed( qvJsonEncodeWithFlags( val, packedJson ) );
+    Buffer written( qvJsonEncodeWithFlags( val, layout ) );
+    JsonResult result( qvJsonDecode( written, nullptr ) );
+    Json again( qvJsonDecodeResultValue( result ) );
+    REQUIRE( again );
+    Buffer packedAgain( qvJsonEncodeWithFlags( again, packedJson ) );
+    REQUIRE( qvBufferEquals( packed, packedAgain ) );
+}
+
+// A store of a value can be a value again, with as many entries.
+void requireJsonStoreComesBack( QV_JSON_VALUE *val )
+{
+    Store store( qvJsonConvertToStore( val ) );
+    Json again( qvJsonConvertFromStore( store ) );
+    REQUIRE( qvJsonValueType( again ) == qvJsonValueType( val ) );
+    Store storeAgain( qvJsonConvertToStore( again ) );
+    REQUIRE( qvStoreLength( store ) == qvStoreLength( storeAgain ) );
+    requireComesBack( store, QV_STORE_ENCODING_HEADERLESS_STANDARD );
+}
+
+// The code of the result's error, -1 for none. With locations there is a place for it.
+QV_INT requireJsonError( QV_JSON_DECODE_RESULT *result, bool isLocated )
+{
+    JsonError error( qvJsonDecodeResultError( result ) );
+    if ( !error )
+        return -1;
+    QV_INT code = qvJsonDecodeErrorCode( error );
+    REQUIRE( QV_JSON_DECODE_ERROR_CODE_OK( code ) );
+    REQUIRE( static_cast<bool>( qvJsonDecodeErrorHasLocation( error ) ) ==
+             ( isLocated && code != QV_JSON_DECODE_ERROR_CODE_CHARSET ) );
+    Message message( qvJsonDecodeErrorToMessage( error ) );
+    String text( qvMessageToString( message ) );
+    REQUIRE( qvStringLength( text ) > 0 );
+    return code;
+}
+
+// Any flags, depth and normal form. Locations change nothing else.
+void fuzzJson( const unsigned char *bytes, size_t length )
+{
+    unsigned choice = takeByte( &bytes, &length );
+    unsigned depth = takeByte( &bytes, &length );
+    JsonOptions options( qvJsonOptionsCreate() );
+    qvJsonOptionsSetFlags( options.address(), choice & 15 & ~QV_JSON_FLAG_DECODE_LOCATIONS );
+    qvJsonOptionsSetDecodeUnicodeNormalForm( options.address(), choice >> 4 & 3 );
+    qvJsonOptionsSetDecodeMaxDepth( options.address(), 1 + depth % 50 );
+    JsonOptions locating( qvJsonOptionsCreateFrom( options ) );
+    qvJsonOptionsSetFlags( locating.address(), ( choice & 15 ) | QV_JSON_FLAG_DECODE_LOCATIONS );
+    Buffer buffer( bufferOf( bytes, length ) );
+    JsonResult result( qvJsonDecodeWithOptions( buffer, options, nullptr ) );
+    JsonResult located( qvJsonDecodeWithOptions( buffer, locating, nullptr ) );
+    REQUIRE( requireJsonError( result, false ) == requireJsonError( located, true ) );
+    Json val( qvJsonDecodeResultValue( result ) );
+    if ( !val )
+        return;
+    requireJsonComesBack( val, choice & packedJson );
+    Json locatedVal( qvJsonDecodeResultValue( located ) );
+    REQUIRE( qvJsonValueHasLocation( locatedVal ) && !qvJsonValueHasLocation( val ) );
+    if ( qvJsonValueIsObject( val ) || qvJsonValueIsArray( val ) )
+        requireJsonStoreComesBack( locatedVal );
 }
 
 void fuzzHeader( const unsigned char *bytes, size_t length )
@@ -428,6 +498,7 @@ const FuzzTarget fuzzTargets[] = {
     { "legacy_text", fuzzLegacyText },
     { "legacy_binary", fuzzLegacyBinary },
     { "decoder", fuzzDecoder },
+    { "json", fuzzJson },
     { "header", fuzzHeader },
     { "charset", fuzzCharset },
     { "lines", fuzzLines },

@@ -528,27 +528,6 @@ class PlainReader
     Failure failure_ = {};
 };
 
-void mutate( std::u32string *content, test::RandomJson *random )
-{
-    static constexpr std::u32string_view pieces[] = {
-        U"\"", U"\\",     U"{",       U"}",    U"[",
-        U"]",  U",",      U":",       U"1",    U"-",
-        U"e",  U".",      U" ",       U"\n",   U"u",
-        U"0",  U"\\u",    U"\\u00e9", U"x",    U"null",
-        U"\t", U"\u00A0", U"\"a\"",   U"\x01", U"{\"a\":0,\"a\":{}}",
-        U"{}", U"\\n ",   U"E5",      U"true",
-    };
-    for ( int edits = random->below( 4 ); edits > 0; edits-- )
-    {
-        size_t at = static_cast<size_t>( random->below( static_cast<int>( content->size() ) + 1 ) );
-        size_t gone = random->below( 2 ) ? 0 : static_cast<size_t>( random->below( 4 ) );
-        std::u32string_view piece = random->below( 3 ) ? pieces[random->below( std::size( pieces ) )] : U"";
-        content->replace( at, std::min( gone, content->size() - at ), piece );
-    }
-    if ( random->below( 10 ) == 0 )
-        content->resize( static_cast<size_t>( random->below( static_cast<int>( content->size() ) + 1 ) ) );
-}
-
 TEST( JsonDecode, MutatedDocumentsAgainstThePlainReading )
 {
     test::RandomJson random( 42 );
@@ -561,7 +540,7 @@ TEST( JsonDecode, MutatedDocumentsAgainstThePlainReading )
         if ( qvStringLength( encoded ) > 2000 )
             continue;
         std::u32string content = test::toU32( encoded );
-        mutate( &content, &random );
+        test::mutate( &content, &random );
         QV_JSON_FLAGS flags = random.below( 4 ) * QV_JSON_FLAG_DECODE_ACCEPT_ANY_WHITESPACE;
         int maxDepth = 1 + random.below( 5 );
 

@@ -187,6 +187,29 @@ class RandomJson
     std::mt19937_64 random_;
 };
 
+// Changes a text in a few places, so that it mostly isn't quite a document any more.
+inline void mutate( std::u32string *content, RandomJson *random )
+{
+    static constexpr std::u32string_view pieces[] = {
+        U"\"",      U"\\",     U"{",       U"}",    U"[",
+        U"]",       U",",      U":",       U"1",    U"-",
+        U"e",       U".",      U" ",       U"\n",   U"u",
+        U"0",       U"\\u",    U"\\u00e9", U"x",    U"null",
+        U"\t",      U"\u00A0", U"\"a\"",   U"\x01", U"{\"a\":0,\"a\":{}}",
+        U"{}",      U"\\n ",   U"E5",      U"true", U"\\uD83D\\uDE00",
+        U"\\uDC00", U"1e999",
+    };
+    for ( int edits = random->below( 4 ); edits > 0; edits-- )
+    {
+        size_t at = static_cast<size_t>( random->below( static_cast<int>( content->size() ) + 1 ) );
+        size_t gone = random->below( 2 ) ? 0 : static_cast<size_t>( random->below( 4 ) );
+        std::u32string_view piece = random->below( 3 ) ? pieces[random->below( std::size( pieces ) )] : U"";
+        content->replace( at, std::min( gone, content->size() - at ), piece );
+    }
+    if ( random->below( 10 ) == 0 )
+        content->resize( static_cast<size_t>( random->below( static_cast<int>( content->size() ) + 1 ) ) );
+}
+
 // Arrays inside one another, made by calls alone, around a number.
 inline Json nest( QV_INT depth, bool objects )
 {
