@@ -22,7 +22,6 @@ namespace
 // switch says has no place of its own.
 QV_BOOL writeMessage( qvObj closure, QV_MESSAGE *message )
 {
-    clearProgressLine();
     std::string text = textOf( String( qvMessageToString( message ) ) );
     if ( !qvMessageHasLocation( message ) && qvMessageLevel( message ) == QV_MESSAGE_LEVEL_ERROR )
         text.insert( 0, unboxed<Tool>( closure )->name() + ": " );
@@ -38,7 +37,7 @@ QV_BOOL writeMessage( qvObj closure, QV_MESSAGE *message )
         text = style.bold + text.substr( 0, place ) + style.off + colour + word + style.off +
                text.substr( place + length );
     }
-    return QV_BOOL_FROM( std::fprintf( stderr, "%s\n", text.c_str() ) >= 0 );
+    return QV_BOOL_FROM( printMessage( text ) );
 }
 
 QV_BOOL flushMessages( qvObj )

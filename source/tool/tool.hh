@@ -137,9 +137,10 @@ class Watch
   private:
     void tell();
 
-    std::mutex lock; // of the two below
+    std::mutex lock; // of the three below
     std::string label;
     bool ended = false;
+    bool shown = false;
     std::condition_variable wake;
     std::thread teller; // runs only on a terminal
 };
@@ -149,6 +150,9 @@ void printFact( Output &out, std::string label, std::string_view text, size_t wi
 
 // Takes the progress line off the terminal before something else is printed there.
 void clearProgressLine();
+
+// Prints a line on standard error in its place. False if that fails.
+bool printMessage( const std::string &text );
 
 // ---- Subtools ----
 
@@ -303,6 +307,9 @@ std::string zshCompletion();
 std::string fishCompletion();
 
 // ---- Input ----
+
+// The name of a file as typed, for messages: "-" is "<stdin>".
+std::string shownName( const std::string &name );
 
 // The location of a file by its name as typed, "-" being standard input.
 Owner<QV_LOCATION> locationOf( const std::string &name );

@@ -28,7 +28,7 @@ struct Check
         bool fine = isGood( name );
         ( fine ? good : bad )++;
         if ( fine && all )
-            tool.out.write( ( name == "-" ? "<stdin>" : name ) + ": good\n" );
+            tool.out.write( tool::shownName( name ) + ": good\n" );
     }
 
     void folder( const std::string &name, QV_PATH *path )

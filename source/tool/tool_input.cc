@@ -15,8 +15,6 @@
 namespace
 {
 
-constexpr const char *standardInput = "<stdin>";
-
 // Why a file can't be read; the library tells only that it can't.
 std::string reasonFor( const std::string &name )
 {
@@ -63,11 +61,14 @@ Owner<QV_PATH> pathOf( const std::string &name )
     return Owner( qvPathPlatformTryDecode( stringOf( name ) ) );
 }
 
+std::string shownName( const std::string &name )
+{
+    return name == "-" ? "<stdin>" : name;
+}
+
 Owner<QV_LOCATION> locationOf( const std::string &name )
 {
-    if ( name == "-" )
-        return Owner( qvLocationCreateWithDescription( stringOf( standardInput ) ) );
-    return Owner( qvLocationCreateWithDescription( stringOf( name ) ) );
+    return Owner( qvLocationCreateWithDescription( stringOf( shownName( name ) ) ) );
 }
 
 Owner<QV_BUFFER> readFile( Tool &tool, const std::string &name )
@@ -79,8 +80,7 @@ Owner<QV_BUFFER> readFile( Tool &tool, const std::string &name )
         if ( descriptor >= 0 )
             buffer = readAll( descriptor );
         if ( !buffer )
-            tool.error( name == "-" ? standardInput : name,
-                        std::string( "can't read: " ) + std::strerror( errno ) );
+            tool.error( shownName( name ), std::string( "can't read: " ) + std::strerror( errno ) );
         if ( descriptor > STDIN_FILENO )
             close( descriptor );
         return buffer;

@@ -148,7 +148,7 @@ void runShow( Tool &tool, const Arguments &arguments )
     Owner store( qvRuntimeInstallInfoStore( info ) );
     if ( arguments.has( "json" ) )
         return tool.out.write( Owner( qvJsonEncode( Owner( qvJsonConvertFromStore( store ) ) ) ) );
-    tool::printTitle( tool.out, name == "-" ? "<stdin>" : name );
+    tool::printTitle( tool.out, tool::shownName( name ) );
     for ( const Field &field : fields )
         printField( tool, field, store );
 }

@@ -17,11 +17,6 @@ using tool::Owner;
 using tool::String;
 using tool::Tool;
 
-std::string shownName( const std::string &name )
-{
-    return name == "-" ? "<stdin>" : name;
-}
-
 // ---- Options ----
 
 constexpr tool::Option charsetOption = { 'c', "charset", "CHARSET",
@@ -97,7 +92,8 @@ Document load( Tool &tool, const std::string &name, const JsonReading &reading, 
     Owner bytes = tool::readFile( tool, name );
     if ( !bytes )
         return document;
-    watch.step( "Decoding " + shownName( name ) + ", " + tool::counted( qvBufferLength( bytes ), "byte" ) );
+    watch.step( "Decoding " + tool::shownName( name ) + ", " +
+                tool::counted( qvBufferLength( bytes ), "byte" ) );
     document.text = tool::readCharacters( tool, bytes, document.place, reading.charset );
     bytes = {};
     if ( document.text )
@@ -113,7 +109,7 @@ void runCheck( Tool &tool, const Arguments &arguments )
     if ( !takeReading( tool, arguments, reading ) )
         return;
     tool::checkFiles( tool, arguments, ".json", [&]( const std::string &name ) {
-        tool::Watch watch( "Reading " + shownName( name ) );
+        tool::Watch watch( "Reading " + tool::shownName( name ) );
         return static_cast<bool>( load( tool, name, reading, watch ).value );
     } );
 }
@@ -148,16 +144,16 @@ void runFormat( Tool &tool, const Arguments &arguments )
         return;
     std::string from = arguments.operands.empty() ? "-" : arguments.operand( 0 );
     std::string to = arguments.operands.size() > 1 ? arguments.operand( 1 ) : "-";
-    tool::Watch watch( "Reading " + shownName( from ) );
+    tool::Watch watch( "Reading " + tool::shownName( from ) );
     Owner value = std::move( load( tool, from, reading, watch ).value );
     if ( !value )
         return;
-    watch.step( "Encoding " + shownName( from ) );
+    watch.step( "Encoding " + tool::shownName( from ) );
     String text = tool::jsonText( value, writing );
     Owner bytes( qvCharsetTryConvertStringToBufferWithFlags( charset, text,
                                                              QV_CHARSET_FLAG_ABORT_ON_INVALID_CHARACTER ) );
     if ( !bytes )
-        return reportUnfit( tool, shownName( from ), text, charset );
+        return reportUnfit( tool, tool::shownName( from ), text, charset );
     Output output( to );
     if ( output.isGood() )
         output.write( bytes );
@@ -235,7 +231,7 @@ class Search
 {
   public:
     Search( Tool &running, const std::string &file, const JsonReading &given )
-        : tool( running ), name( file ), reading( given ), watch( "Reading " + shownName( file ) ),
+        : tool( running ), name( file ), reading( given ), watch( "Reading " + tool::shownName( file ) ),
           document( load( running, file, given, watch ) )
     {
     }

@@ -219,6 +219,7 @@ bool takeFrom( Tool &tool, const Arguments &arguments, QV_STORE_ENCODING &from )
 
 std::optional<DataFile> loadData( Tool &tool, const std::string &name, QV_STORE_ENCODING from )
 {
+    Watch watch( "Reading " + shownName( name ) );
     DataFile file{
         .name = name, .bytes = readFile( tool, name ), .store = {}, .header = {}, .encoding = from };
     if ( !file.bytes )

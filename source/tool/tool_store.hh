@@ -19,8 +19,12 @@ struct DataFile
 };
 
 // Shared rows of the options' tables.
+inline constexpr const char *encodingChoices =
+    "standard json legacy-text legacy-binary headerless-standard headerless-json headerless-legacy-text "
+    "headerless-legacy-binary";
 inline constexpr Option fromOption = {
-    'f', "from", "ENCODING", "Encoding of a file that doesn't name its own; otherwise it is found out." };
+    'f', "from", "ENCODING", "Encoding of a file that doesn't name its own; otherwise it is found out.",
+    encodingChoices };
 
 // The encoding of a name such as "standard", in any of its spellings, or -1.
 QV_STORE_ENCODING encodingOf( const std::string &name );

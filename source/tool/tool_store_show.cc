@@ -115,7 +115,7 @@ void printFacts( Tool &tool, const DataFile &file )
 {
     Facts facts( tool.out );
     const Style &style = tool::styleOf( STDOUT_FILENO );
-    facts.print( "file", style.bold + ( file.name == "-" ? "<stdin>" : file.name ) + style.off );
+    facts.print( "file", style.bold + tool::shownName( file.name ) + style.off );
     if ( file.header )
     {
         facts.print( "type", String( qvStoreHeaderType( file.header ) ) );
@@ -269,7 +269,7 @@ const tool::Example checkExamples[] = {
 };
 
 const tool::Option convertOptions[] = {
-    { 't', "to", "ENCODING", "Encoding to write; that of the source if not given." },
+    { 't', "to", "ENCODING", "Encoding to write; that of the source if not given.", tool::encodingChoices },
     { 'T', "type", "TYPE", "Type that the header names; that of the source, or QV_STORE." },
     { 'l', "headerless", nullptr, "Write the content without a header." },
     tool::fromOption,

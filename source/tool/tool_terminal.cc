@@ -25,9 +25,17 @@ constexpr tool::Style coloured = {
     .off = "\033[0m",
 };
 
-// The progress line belongs to whoever holds this.
+// What stands on the terminal belongs to whoever holds this: a line that counts the seconds comes from a thread of its own.
 constinit std::mutex lineLock;
 bool lineShown = false;
+
+void clearLine()
+{
+    if ( lineShown )
+        std::fputs( "\r\033[K", stderr );
+    std::fflush( stderr );
+    lineShown = false;
+}
 
 void showLine( const std::string &text )
 {
@@ -115,7 +123,8 @@ Watch::~Watch()
         wake.notify_one();
         teller.join();
     }
-    clearProgressLine();
+    if ( shown )
+        clearProgressLine();
 }
 
 void Watch::step( std::string task )
@@ -129,16 +138,23 @@ void Watch::tell()
     std::unique_lock holder( lock );
     for ( int seconds = 1; !wake.wait_for( holder, std::chrono::seconds( 1 ), [this] { return ended; } );
           seconds++ )
+    {
         showLine( label + ", " + std::to_string( seconds ) + " s" );
+        shown = true;
+    }
 }
 
 void clearProgressLine()
 {
     std::lock_guard holder( lineLock );
-    if ( lineShown )
-        std::fputs( "\r\033[K", stderr );
-    std::fflush( stderr );
-    lineShown = false;
+    clearLine();
+}
+
+bool printMessage( const std::string &text )
+{
+    std::lock_guard holder( lineLock );
+    clearLine();
+    return std::fprintf( stderr, "%s\n", text.c_str() ) >= 0;
 }
 
 } // namespace tool

@@ -311,7 +311,8 @@ class Conversion
     {
         if ( input.failure )
         {
-            tool.error( shownName(), std::string( "can't read: " ) + std::strerror( input.failure ) );
+            tool.error( tool::shownName( name ),
+                        std::string( "can't read: " ) + std::strerror( input.failure ) );
             return false;
         }
         Owner bytes = sourceOf( input );
@@ -337,11 +338,6 @@ class Conversion
     }
 
   private:
-    std::string shownName() const
-    {
-        return name == "-" ? "<stdin>" : name;
-    }
-
     QV_CHARSET_FLAGS sinkFlags() const
     {
         return plan.invalid | ( plan.insertMark ? QV_CHARSET_FLAG_INSERT_BYTE_ORDER_MARK : 0 );
@@ -414,7 +410,8 @@ class Conversion
         if ( !qvCharSourceError( source ) )
             return true;
         if ( input.failure )
-            tool.error( shownName(), std::string( "can't read: " ) + std::strerror( input.failure ) );
+            tool.error( tool::shownName( name ),
+                        std::string( "can't read: " ) + std::strerror( input.failure ) );
         else
             tool.error( position.in( name ), "invalid byte sequence in " +
                                                  tool::textOf( String( qvCharsetToIanaName( plan.from ) ) ) );

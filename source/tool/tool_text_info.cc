@@ -237,7 +237,7 @@ void printCounts( Tool &tool, const char *title, const std::map<Key, long long> 
 
 void printText( Tool &tool, const std::string &name, QV_BUFFER *bytes, const Guess &guess )
 {
-    tool::printTitle( tool.out, name == "-" ? "<stdin>" : name );
+    tool::printTitle( tool.out, tool::shownName( name ) );
     printFact( tool, "charset",
                tool::textOf( String( qvCharsetToIanaName( guess.charset ) ) ) + "  (" + guess.reason + ")" );
     printFact( tool, "bytes", tool::grouped( qvBufferLength( bytes ) ) );
