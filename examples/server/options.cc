@@ -73,7 +73,7 @@ std::optional<Options> readOptions( const std::string &file )
         .statistics = reader.text( "statistics" ),
         .groupField = reader.text( "groupField" ),
         .sumField = reader.text( "sumField" ),
-        .interval = reader.number( "interval", 0, 60'000 ),
+        .interval = reader.number( "interval", 1, 60'000 ),
         .batch = reader.number( "batch", 1, 100'000 ),
         .backlog = reader.number( "backlog", 1, 1'000'000 ),
         .workers = reader.number( "workers", 1, 1'000 ),
