@@ -50,19 +50,9 @@ EntryLevel::~EntryLevel()
 
 bool EntryLevel::addAddress( const QV_CHAR *chs, QV_INT length )
 {
-    uint64_t hash = 0;
-    if ( !slots_ && count() > 0 )
-    {
-        QV_STRING *last = addressOf( entries_->pairs_[entries_->count_ - 1] );
-        if ( compareChars( stringBacking( last ), stringLength( last ), chs, length ) >= 0 )
-            rehash();
-    }
-    if ( slots_ )
-    {
-        hash = hashChars( chs, length );
-        if ( isKnown( chs, length, hash ) )
-            return false;
-    }
+    uint64_t hash;
+    if ( find( chs, length, &hash ) >= 0 )
+        return false;
     QV_STRING *address = stringCreateUnfilled( length );
     copyChars( stringBacking( address ), chs, length );
     entries_->push( address, nullptr );
@@ -85,18 +75,51 @@ void EntryLevel::addItem( qvObj given )
     entries_->push( nullptr, given );
 }
 
-bool EntryLevel::isKnown( const QV_CHAR *chs, QV_INT length, uint64_t hash ) const
+qvObj EntryLevel::valueOf( QV_STRING *address )
 {
+    uint64_t hash;
+    QV_INT pair = find( stringBacking( address ), stringLength( address ), &hash );
+    return pair >= 0 ? entries_->pairs_[pair].val : nullptr;
+}
+
+void EntryLevel::set( QV_STRING *address, qvObj given )
+{
+    if ( addAddress( stringBacking( address ), stringLength( address ) ) )
+    {
+        setValue( given );
+        return;
+    }
+    uint64_t hash;
+    QV_INT pair = find( stringBacking( address ), stringLength( address ), &hash );
+    replaceWith( &entries_->pairs_[pair].val, given );
+}
+
+// The entry of an address, -1 for none, and, in a level with a hash table, the hash of the address. An address that doesn't
+// ascend begins that table.
+QV_INT EntryLevel::find( const QV_CHAR *chs, QV_INT length, uint64_t *hash )
+{
+    *hash = 0;
+    if ( !slots_ )
+    {
+        if ( count() == 0 )
+            return -1;
+        QV_STRING *last = addressOf( entries_->pairs_[entries_->count_ - 1] );
+        QV_INT order = compareChars( stringBacking( last ), stringLength( last ), chs, length );
+        if ( order <= 0 )
+            return order < 0 ? -1 : entries_->count_ - 1;
+        rehash();
+    }
+    *hash = hashChars( chs, length );
     QV_INT mask = slotCount_ - 1;
-    for ( QV_INT slot = static_cast<QV_INT>( hash ) & mask; slots_[slot].pair >= 0;
+    for ( QV_INT slot = static_cast<QV_INT>( *hash ) & mask; slots_[slot].pair >= 0;
           slot = ( slot + 1 ) & mask )
     {
         QV_STRING *address = addressOf( entries_->pairs_[slots_[slot].pair] );
-        if ( slots_[slot].hash == hash && stringLength( address ) == length &&
+        if ( slots_[slot].hash == *hash && stringLength( address ) == length &&
              charsEqual( stringBacking( address ), chs, length ) )
-            return true;
+            return slots_[slot].pair;
     }
-    return false;
+    return -1;
 }
 
 void EntryLevel::enterHash( uint64_t hash, QV_INT pair )

@@ -49,6 +49,11 @@ class EntryLevel
     // Adds an item of an array, handed over.
     void addItem( qvObj given );
 
+    // The same for encodings where an address may come again: the value of an address, borrowed, null if it isn't there;
+    // and an entry that is added or takes the place of the one before, the value handed over.
+    qvObj valueOf( QV_STRING *address );
+    void set( QV_STRING *address, qvObj given );
+
     // The entries as a new dictionary or vector. The level is empty then.
     QV_DICT *takeDict();
     QV_VECTOR *takeItems();
@@ -70,7 +75,7 @@ class EntryLevel
         return entries_->count_ - first_;
     }
 
-    bool isKnown( const QV_CHAR *chs, QV_INT length, uint64_t hash ) const;
+    QV_INT find( const QV_CHAR *chs, QV_INT length, uint64_t *hash );
     void enterHash( uint64_t hash, QV_INT pair );
     void rehash();
 };

@@ -1,5 +1,6 @@
 #include <qv/deprecated/qv_store_legacy_binary.h>
 
+#include <qv/base/qv_store_collector.hh>
 #include <qv/deprecated/qv_decoder.h>
 #include <qv/deprecated/qv_encoder.h>
 #include <qv/deprecated/qv_store_legacy_walk.hh>
@@ -11,11 +12,19 @@ namespace
 // Levels of stores, the root included.
 constexpr QV_INT depthLimit = 100;
 
-QV_STORE *decodeStore( QV_DECODER *dec, QV_INT depth );
-
-// Reads an entry into a store; false on a failure.
-bool decodeEntry( QV_DECODER *dec, QV_INT depth, QV_STORE **store )
+// The decoder and the entries of the stores that are being read.
+struct Reader
 {
+    QV_DECODER *dec;
+    qv::EntryCollector entries;
+};
+
+QV_STORE *decodeStore( Reader *reader, QV_INT depth );
+
+// Reads an entry of a store; false on a failure.
+bool decodeEntry( Reader *reader, QV_INT depth, qv::EntryLevel *level )
+{
+    QV_DECODER *dec = reader->dec;
     qv::Local<QV_STRING> address;
     if ( !qvDecoderTryDecodeString( dec, address.edit() ) || !qvStoreAddressOk( address ) )
         return false;
@@ -23,32 +32,32 @@ bool decodeEntry( QV_DECODER *dec, QV_INT depth, QV_STORE **store )
     if ( !qvDecoderTryDecodeOptionalString( dec, value.edit() ) )
         return false;
     if ( value )
-        qvStoreSetValue( store, address, value );
+        level->set( address, qv::storeValueFromParts( value.give(), 0, nullptr ) );
     QV_BOOL hasSubStore;
     if ( !qvDecoderTryDecodeBool( dec, &hasSubStore ) )
         return false;
     if ( !hasSubStore )
         return true;
-    qv::Local<QV_STORE> subStore( decodeStore( dec, depth + 1 ) );
+    QV_STORE *subStore = decodeStore( reader, depth + 1 );
     if ( !subStore )
         return false;
-    qvStoreSetStore( store, address, subStore );
+    level->set( address, subStore );
     return true;
 }
 
 // Null on a failure, with the decoder's error set.
-QV_STORE *decodeStore( QV_DECODER *dec, QV_INT depth )
+QV_STORE *decodeStore( Reader *reader, QV_INT depth )
 {
     QV_INT length;
-    bool isGood = depth < depthLimit && qvDecoderTryDecodeInt( dec, &length ) && length >= 0;
-    qv::Local<QV_STORE> store( qvStoreCreate() );
+    bool isGood = depth < depthLimit && qvDecoderTryDecodeInt( reader->dec, &length ) && length >= 0;
+    qv::EntryLevel level( &reader->entries );
     for ( QV_INT idx = 0; isGood && idx < length; idx++ )
     {
-        isGood = decodeEntry( dec, depth, store.edit() );
+        isGood = decodeEntry( reader, depth, &level );
     }
     if ( isGood )
-        return store.give();
-    qvDecoderSetError( dec );
+        return qv::storeFromParts( 0, level.takeDict(), nullptr, nullptr );
+    qvDecoderSetError( reader->dec );
     return nullptr;
 }
 
@@ -88,12 +97,13 @@ void qvStoreLegacyBinaryEncodeToEncoder( QV_STORE *store, QV_ENCODER *enc )
 QV_STORE *qvStoreLegacyBinaryTryDecodeFromBuffer( QV_BUFFER *buffer )
 {
     qv::Local<QV_DECODER> dec( qvDecoderCreate( buffer ) );
-    qv::Local<QV_STORE> store( decodeStore( dec, 0 ) );
+    qv::Local<QV_STORE> store( qvStoreLegacyBinaryTryDecodeFromDecoder( dec ) );
     return qvDecoderRemaining( dec ) == 0 ? store.give() : nullptr;
 }
 
 QV_STORE *qvStoreLegacyBinaryTryDecodeFromDecoder( QV_DECODER *dec )
 {
     QV_CHECK( dec );
-    return decodeStore( dec, 0 );
+    Reader reader = { dec, {} };
+    return decodeStore( &reader, 0 );
 }

@@ -1,9 +1,9 @@
 #include <qv/deprecated/qv_store_legacy_text.hh>
 
 #include <qv/base/qv_boxed_int.hh>
-#include <qv/base/qv_dict.hh>
 #include <qv/base/qv_format.h>
-#include <qv/base/qv_store.h>
+#include <qv/base/qv_store.hh>
+#include <qv/base/qv_store_collector.hh>
 #include <qv/base/qv_string.hh>
 #include <qv/base/qv_vector.hh>
 #include <qv/io/qv_buffer_byte_source.h>
@@ -93,16 +93,23 @@ QV_STRING *unescapedValue( const QV_CHAR *chs, QV_INT length )
     }
 }
 
-// Adds a line to the list of a name. lists has the first line of each list.
-void enterLine( Line *lines, QV_INT idx, QV_DICT **lists, QV_STRING *name )
+// All lines, the entries of the stores that are being read, and, by name, the first line of the list of each substore.
+struct Reader
+{
+    Line *lines;
+    qv::EntryCollector entries;
+    qv::EntryCollector lists;
+};
+
+// Adds a line to the list of a name.
+void enterLine( Line *lines, QV_INT idx, qv::EntryLevel *lists, QV_STRING *name )
 {
     lines[idx].next = none;
-    qvObj boxed = qv::dictValueOf( *lists, qvStringObj( name ) );
+    qvObj boxed = lists->valueOf( name );
     if ( !boxed )
     {
         lines[idx].last = idx;
-        qv::Local<QV_BOXED_INT> first( qvBoxedIntCreate( idx ) );
-        qvDictSetStringKey( lists, name, qvBoxedIntObj( first ) );
+        lists->set( name, qvBoxedIntObj( qvBoxedIntCreate( idx ) ) );
         return;
     }
     QV_INT first = static_cast<QV_BOXED_INT *>( boxed )->value;
@@ -111,7 +118,7 @@ void enterLine( Line *lines, QV_INT idx, QV_DICT **lists, QV_STRING *name )
 }
 
 // Reads a line into a store: a value at once, a line of a substore later.
-void decodeLine( Line *lines, QV_INT idx, QV_STORE **store, QV_DICT **lists )
+void decodeLine( Line *lines, QV_INT idx, qv::EntryLevel *store, qv::EntryLevel *lists )
 {
     Line &line = lines[idx];
     QV_INT separator = findSeparator( line );
@@ -129,30 +136,30 @@ void decodeLine( Line *lines, QV_INT idx, QV_STORE **store, QV_DICT **lists )
         enterLine( lines, idx, lists, name );
         return;
     }
-    qv::Local<QV_STRING> value( unescapedValue( line.chs, line.length ) );
-    qvStoreSetValue( store, name, value );
+    QV_STRING *value = unescapedValue( line.chs, line.length );
+    store->set( name, qv::storeValueFromParts( value, 0, nullptr ) );
 }
 
-QV_STORE *decodeLines( Line *lines, QV_INT first, QV_INT depth )
+QV_STORE *decodeLines( Reader *reader, QV_INT first, QV_INT depth )
 {
-    qv::Local<QV_STORE> store( qvStoreCreate() );
     if ( depth == depthLimit )
-        return store.give();
-    qv::Local<QV_DICT> lists( qvDictCreate() );
+        return qvStoreCreate();
+    qv::EntryLevel store( &reader->entries );
+    qv::EntryLevel lists( &reader->lists );
     for ( QV_INT idx = first; idx != none; )
     {
-        QV_INT next = lines[idx].next;
-        decodeLine( lines, idx, store.edit(), lists.edit() );
+        QV_INT next = reader->lines[idx].next;
+        decodeLine( reader->lines, idx, &store, &lists );
         idx = next;
     }
-    for ( QV_INT idx = 0; idx < qv::dictLength( lists ); idx++ )
+    qv::Local<QV_DICT> subStores( lists.takeDict() );
+    for ( QV_INT idx = 0; idx < qv::dictLength( subStores ); idx++ )
     {
-        const qv___DictPair &list = qv::dictPairs( lists )[idx];
+        const qv___DictPair &list = qv::dictPairs( subStores )[idx];
         QV_INT firstOfList = static_cast<QV_BOXED_INT *>( list.val )->value;
-        qv::Local<QV_STORE> subStore( decodeLines( lines, firstOfList, depth + 1 ) );
-        qvStoreSetStore( store.edit(), qvStringFrom( list.key ), subStore );
+        store.set( qvStringFrom( list.key ), decodeLines( reader, firstOfList, depth + 1 ) );
     }
-    return store.give();
+    return qv::storeFromParts( 0, store.takeDict(), nullptr, nullptr );
 }
 
 } // namespace
@@ -165,13 +172,14 @@ QV_STORE *qvStoreLegacyTextDecodeFromStringVector( QV_VECTOR *vec )
     if ( count == 0 )
         return qvStoreCreate();
     auto *lines = static_cast<Line *>( qvMemAllocN( count, sizeof( Line ) ) );
+    Reader reader = { lines, {}, {} };
     for ( QV_INT idx = 0; idx < count; idx++ )
     {
         QV_STRING *text = qvStringFrom( qv::vectorAt( vec, idx ) );
         lines[idx] = { qv::stringBacking( text ), qv::stringLength( text ), idx + 1 < count ? idx + 1 : none,
                        none };
     }
-    QV_STORE *store = decodeLines( lines, 0, 0 );
+    QV_STORE *store = decodeLines( &reader, 0, 0 );
     qvMemFree( lines );
     return store;
 }
