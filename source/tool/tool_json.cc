@@ -251,8 +251,12 @@ class Search
         for ( const std::string &step : steps )
         {
             Owner entry = entryOf( value, step );
-            if ( !entry && locate() )
+            if ( !entry && !reading.locations )
+            {
+                value = {};
+                locate();
                 return find( typed );
+            }
             if ( !entry )
             {
                 Owner place( qvJsonValueLocation( value ) );
@@ -266,14 +270,13 @@ class Search
     }
 
   private:
-    // Reads the text again with the places of its values, which only messages need. False if they are known.
-    bool locate()
+    // Reads the text again with the places of its values, which only messages need.
+    void locate()
     {
-        if ( reading.locations )
-            return false;
         reading.locations = true;
+        // Two trees of a large file would be one too many.
+        document.value = {};
         document.value = tool::readJson( tool, document.text, document.place, reading );
-        return true;
     }
 
     Tool &tool;
