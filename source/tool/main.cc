@@ -71,6 +71,7 @@ constexpr Group allGroups[] = {
     groupOf<jsonCheck, jsonFormat, jsonGet>( "json", "JSON" ),
     groupOf<textConvert, textInfo, textCharsets>( "text", "Text" ),
     groupOf<processShow>( "process", "Processes" ),
+    groupOf<crash>( nullptr, "Crash reports" ),
     groupOf<moduleList, moduleCheck>( "module", "Modules" ),
     groupOf<tagMatch, tagRewrite>( "tag", "Tags" ),
     groupOf<charFacts, timeFacts, zoneFacts>( nullptr, "Characters, times and zones" ),

@@ -204,6 +204,7 @@ extern const Command storeShow, storeCheck, storeConvert, storeGet, storeSet, st
 extern const Command jsonCheck, jsonFormat, jsonGet;
 extern const Command textConvert, textInfo, textCharsets;
 extern const Command processShow;
+extern const Command crash;
 extern const Command moduleList, moduleCheck;
 extern const Command tagMatch, tagRewrite;
 extern const Command charFacts, timeFacts, zoneFacts;
