@@ -15,6 +15,7 @@
 #include <string>
 #include <sys/wait.h>
 #include <thread>
+#include <vector>
 
 #include <qv/base/qv_alert.h>
 #include <qv/base/qv_string.h>
@@ -196,6 +197,38 @@ TEST( Modules, DamagedFiles )
     }
     EXPECT_EQ( std::size( damaged ), refusals ) << output;
     EXPECT_TRUE( output.ends_with( cut ) ) << output;
+}
+
+// One thread loads, the others wait for it or find all loaded; readers see whole states only.
+TEST( Modules, ThreadsLoadOnce )
+{
+    auto body = [] {
+        std::atomic<bool> loaded = true, done = false;
+        std::thread reader( [&] {
+            while ( !done )
+            {
+                std::string state = loadedModules();
+                if ( !std::string( "<qv, bottom, left, right, top, extra, more>" )
+                          .starts_with( state.substr( 0, state.size() - 1 ) ) )
+                    say( state );
+            }
+        } );
+        std::vector<std::thread> threads;
+        for ( int count = 0; count < 4; count++ )
+        {
+            threads.emplace_back( [&] { loaded = qvRuntimeTryLoadModule( text( "top" ) ) && loaded; } );
+        }
+        for ( std::thread &thread : threads )
+        {
+            thread.join();
+        }
+        done = true;
+        reader.join();
+        say( loaded ? "loaded" : "failed" );
+        _exit( 0 );
+    };
+    EXPECT_EQ( "start bottom\nstart left\nstart right\nstart top\nstart extra\nstart more\nloaded\n",
+               outputOf( body ) );
 }
 
 TEST( Modules, SearchPathOfTheLoader )

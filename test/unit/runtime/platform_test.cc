@@ -241,7 +241,9 @@ TEST( RuntimePaths, CopyStoreAndRestore )
     Local<QV_RUNTIME_PATHS> restored( qvRuntimePathsRestore( store ) );
     EXPECT_EQ( describe( paths ), describe( restored ) );
     qvRuntimePathsDelPath( restored.edit(), QV_RUNTIME_PATH_DATA );
+    auto shared = Local<QV_RUNTIME_PATHS>::share( restored );
     qvRuntimePathsDelPath( restored.edit(), QV_RUNTIME_PATH_DATA_TEMP );
+    EXPECT_EQ( static_cast<QV_RUNTIME_PATHS *>( shared ), restored );
     EXPECT_EQ( "0 ../i/\n", describe( restored ) );
     EXPECT_DEATH( qvRuntimePathsSetPath( paths.edit(), 0, test::pathOf( "/file" ) ), "isDirectory" );
     EXPECT_DEATH( qvRuntimePathsPath( paths, 9 ), "QV_RUNTIME_PATH_OK" );
