@@ -6,6 +6,7 @@
 #include <qv/unicode/qv_unicode_lookups.h>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace
 {
@@ -292,7 +293,8 @@ Owner<QV_BUFFER> encodeData( const DataFile &file )
 
 bool saveData( Tool &tool, const DataFile &file, const std::string &name )
 {
-    if ( file.leftOut > 0 && name == file.name && name != "-" )
+    std::error_code none;
+    if ( file.leftOut > 0 && name != "-" && std::filesystem::equivalent( name, file.name, none ) )
     {
         tool.error( name, "not written, since " + counted( file.leftOut, "member" ) + " would be lost" );
         return false;
