@@ -265,10 +265,10 @@ TEST( StoreLegacyBinary, ReadsNinetyNineLevels )
 TEST( StoreLegacy, NeedsNoStackToWrite )
 {
     bool isGood = test::runOnSmallStack( [] {
-        Store deep = chain( 1000000 );
+        Store deep = chain( 250000 );
         Buffer binary( qvStoreLegacyBinaryEncodeToBuffer( deep ) );
-        EXPECT_EQ( 7000000 + 10, qvBufferLength( binary ) );
-        EXPECT_EQ( 2000000 + 4, static_cast<QV_INT>( linesOf( deep ).size() ) );
+        EXPECT_EQ( 1750000 + 10, qvBufferLength( binary ) );
+        EXPECT_EQ( 500000 + 4, static_cast<QV_INT>( linesOf( deep ).size() ) );
         EXPECT_EQ( 100, depthOf( storeOf( linesOf( deep ) ) ) );
     } );
     EXPECT_TRUE( isGood );

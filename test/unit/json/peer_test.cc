@@ -202,11 +202,11 @@ TEST( JsonPeer, DiffersAsIntended )
     test::RandomJson random( 17 );
     int agreed[2] = {};
     int differed[differences] = {};
-    for ( int round = 0; round < 20000; round++ )
+    for ( int round = 0; round < 15000; round++ )
     {
         Local<QV_STRING> encoded( qvJsonEncodeToString( random.value( 3 ) ) );
         std::u32string characters = test::toU32( encoded );
-        if ( characters.size() > 1000 )
+        if ( characters.size() > 200 )
             continue;
         for ( char32_t &ch : characters )
         {
@@ -233,7 +233,7 @@ TEST( JsonPeer, DiffersAsIntended )
     EXPECT_GT( agreed[1], 1000 );
     for ( int difference = 0; difference < differences; difference++ )
     {
-        EXPECT_GT( differed[difference], 1 ) << difference;
+        EXPECT_GT( differed[difference], 1 ) << difference << " of " << agreed[1];
     }
 }
 
