@@ -13,8 +13,8 @@ namespace
 using qv::CrashMode;
 using qv::CrashWatch;
 
-constexpr QV_INT wholeLimit = 2000; // milliseconds from the start
-constexpr QV_INT plainLimit = 4000;
+constexpr QV_INT wholeLimit = 1500; // milliseconds from the start
+constexpr QV_INT plainLimit = 3000;
 constexpr suseconds_t tick = 250'000; // microseconds
 
 // The watched threads by their system number, which needs no thread-local storage: the first use of that may allocate. A

@@ -2,8 +2,9 @@
 #define QV_SYS_QV_ABORT_WATCH_HH
 
 // Watches over threads that write a crash report. The report calls the platform's streams, its allocator and its dynamic
-// linker, any of which may be what broke, or be locked by a thread that will never go on. So a report has two seconds;
-// then the thread is taken out of whatever it waits for. What does the rest has two seconds more; then the process ends.
+// linker, any of which may be what broke, or be locked by a thread that will never go on. So a report has a second and a
+// half; then the thread is taken out of whatever it waits for. What does the rest has as long again; then the process
+// ends. A busy machine leaves it some time more: within five seconds it has ended.
 
 #include <signal.h>
 

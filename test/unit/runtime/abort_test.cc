@@ -54,7 +54,7 @@ struct Crash
 struct Ending
 {
     int status = 0;
-    double seconds = 0;
+    double seconds = 0;             // from the crash to the end
     std::string shown;              // on standard error
     std::vector<std::string> names; // of crash files
     std::string filed;              // in the first one
@@ -65,7 +65,13 @@ std::string nameIn( const test::TemporaryFolder &folder, const Crash &crash, con
     return folder.name( crash.name + what );
 }
 
-[[noreturn]] void crashHere( const test::TemporaryFolder &folder, const Crash &crash )
+double now()
+{
+    return std::chrono::duration<double>( std::chrono::steady_clock::now().time_since_epoch() ).count();
+}
+
+// Tells when it crashes, which on a busy machine may be long after its start.
+[[noreturn]] void crashHere( const test::TemporaryFolder &folder, const Crash &crash, double *start )
 {
     struct rlimit noCore = {};
     setrlimit( RLIMIT_CORE, &noCore );
@@ -75,6 +81,7 @@ std::string nameIn( const test::TemporaryFolder &folder, const Crash &crash, con
     setenv( "HOME", folder.name().c_str(), 1 );
     setenv( "JN_QV_ABORT_PATH", nameIn( folder, crash, "" ).c_str(), 1 );
     qvRuntimeStartup( crash.flags, -1, nullptr, "abort_test", "Abort test", "2.5" );
+    *start = now();
     crash.crash();
     _exit( 0 );
 }
@@ -96,10 +103,9 @@ std::vector<Ending> crashAll( const std::vector<Crash> &crashes )
 {
     test::TemporaryFolder folder;
     std::vector<pid_t> children;
-    auto start = std::chrono::steady_clock::now();
-    auto seconds = [&] {
-        return std::chrono::duration<double>( std::chrono::steady_clock::now() - start ).count();
-    };
+    const double begin = now();
+    auto *starts = static_cast<double *>( mmap( nullptr, crashes.size() * sizeof( double ),
+                                                PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0 ) );
     qvRuntimeShutdown();
     for ( const Crash &crash : crashes )
     {
@@ -107,7 +113,7 @@ std::vector<Ending> crashAll( const std::vector<Crash> &crashes )
         children.push_back( fork() );
         if ( children.back() == 0 )
         {
-            crashHere( folder, crash );
+            crashHere( folder, crash, starts + children.size() - 1 );
         }
     }
     test::startRuntime();
@@ -117,13 +123,13 @@ std::vector<Ending> crashAll( const std::vector<Crash> &crashes )
     {
         for ( size_t idx = 0; idx < crashes.size(); idx++ )
         {
-            if ( times[idx] == 0 && seconds() > 20 )
+            if ( times[idx] == 0 && now() > begin + 60 )
             {
                 kill( children[idx], SIGKILL );
             }
             if ( times[idx] == 0 && waitpid( children[idx], &statuses[idx], WNOHANG ) == children[idx] )
             {
-                times[idx] = seconds();
+                times[idx] = now() - starts[idx];
                 left--;
             }
         }
@@ -135,6 +141,7 @@ std::vector<Ending> crashAll( const std::vector<Crash> &crashes )
         endings.back().status = statuses[idx];
         endings.back().seconds = times[idx];
     }
+    munmap( starts, crashes.size() * sizeof( double ) );
     return endings;
 }
 
