@@ -5,6 +5,7 @@
 
 #include <qv/base/qv_boxed_int.h>
 #include <qv/base/qv_buffer.h>
+#include <qv/base/qv_identifier.h>
 #include <qv/base/qv_opt_def.h>
 #include <qv/base/qv_opt_seq.h>
 #include <qv/base/qv_store.h>
@@ -70,6 +71,7 @@ TOOL_OWNED( QV_HEADER, qvHeader )
 TOOL_OWNED( QV_HEADER_DECODE_ERROR, qvHeaderDecodeError )
 TOOL_OWNED( QV_HEADER_DECODE_RESULT, qvHeaderDecodeResult )
 TOOL_OWNED( QV_HEADER_INFO, qvHeaderInfo )
+TOOL_OWNED( QV_IDENTIFIER, qvIdentifier )
 TOOL_OWNED( QV_JSON_DECODE_ERROR, qvJsonDecodeError )
 TOOL_OWNED( QV_JSON_DECODE_RESULT, qvJsonDecodeResult )
 TOOL_OWNED( QV_JSON_OPTIONS, qvJsonOptions )

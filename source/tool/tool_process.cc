@@ -55,11 +55,16 @@ Row rowOf( QV_PROCESS_STATISTICS_GROUP *group )
     return row;
 }
 
-// A living process since its creation or its last reset; without runs where the file doesn't tell.
+// A living process since its creation or its last reset; without runs where the file doesn't tell. Its name is the beginning
+// of its identifier, and the thread that it is tied to.
 Row rowOf( QV_PROCESS_STATISTICS *process, bool sinceReset )
 {
     Row row;
     row.living = 1;
+    Owner identifier( qvProcessStatisticsIdentifier( process ) );
+    row.name = "  " + tool::textOf( String( qvIdentifierToString( identifier ) ) ).substr( 0, 8 ) + " on " +
+               tool::textOf( String( qvProcessStatisticsDomainName( process ) ) ) + " " +
+               std::to_string( qvProcessStatisticsThreadHint( process ) );
     Owner interval( sinceReset ? qvProcessStatisticsIntervalSinceReset( process )
                                : qvProcessStatisticsIntervalSinceCreation( process ) );
     if ( !interval )
@@ -157,17 +162,35 @@ Owner<QV_STORE> familiesOf( Tool &tool, const DataFile &file )
     return {};
 }
 
-std::vector<Row> rowsOf( Tool &tool, const DataFile &file, QV_STORE *families, const Arguments &arguments )
+// A family and, if they are wanted, its living processes.
+struct Entry
 {
-    std::vector<Row> rows;
+    Row family;
+    std::vector<Row> processes;
+};
+
+Entry entryOf( QV_PROCESS_STATISTICS_FAMILY *family, const Arguments &arguments )
+{
     bool sinceReset = arguments.has( "reset" );
+    Entry entry{ rowOf( family, sinceReset ), {} };
+    QV_INT count = arguments.has( "processes" ) ? qvProcessStatisticsFamilyProcessesLength( family ) : 0;
+    for ( QV_INT idx = 0; idx < count; idx++ )
+        entry.processes.push_back(
+            rowOf( Owner( qvProcessStatisticsFamilyProcessAt( family, idx ) ), sinceReset ) );
+    return entry;
+}
+
+std::vector<Entry> entriesOf( Tool &tool, const DataFile &file, QV_STORE *families,
+                              const Arguments &arguments )
+{
+    std::vector<Entry> entries;
     for ( QV_INT idx = 0; idx < qvStoreLength( families ); idx++ )
     {
         Owner store( qvStoreStoreAt( families, idx ) );
         Owner family( store ? qvProcessStatisticsFamilyTryRestore( store ) : nullptr );
         if ( family )
         {
-            rows.push_back( rowOf( family, sinceReset ) );
+            entries.push_back( entryOf( family, arguments ) );
             continue;
         }
         Owner place( store ? qvStoreLocation( store ) : qvStoreLocation( families ) );
@@ -175,6 +198,23 @@ std::vector<Row> rowsOf( Tool &tool, const DataFile &file, QV_STORE *families, c
             place = tool::locationOf( file.name );
         tool.error( place, "entry " + std::to_string( idx ) +
                                " is no family: its name or some of its numbers are missing or wrong" );
+    }
+    return entries;
+}
+
+// The rows in their order, largest first: families, each followed by its processes.
+std::vector<Row> sorted( std::vector<Entry> entries, const Key &key )
+{
+    auto before = [&]( const Row &one, const Row &other ) { return key.value( one ) > key.value( other ); };
+    std::stable_sort( entries.begin(), entries.end(), [&]( const Entry &one, const Entry &other ) {
+        return before( one.family, other.family );
+    } );
+    std::vector<Row> rows;
+    for ( Entry &entry : entries )
+    {
+        std::stable_sort( entry.processes.begin(), entry.processes.end(), before );
+        rows.push_back( entry.family );
+        rows.insert( rows.end(), entry.processes.begin(), entry.processes.end() );
     }
     return rows;
 }
@@ -267,10 +307,7 @@ void runShow( Tool &tool, const Arguments &arguments )
     Owner families = familiesOf( tool, *file );
     if ( !families )
         return;
-    std::vector<Row> rows = rowsOf( tool, *file, families, arguments );
-    std::stable_sort( rows.begin(), rows.end(), [key]( const Row &one, const Row &other ) {
-        return key->value( one ) > key->value( other );
-    } );
+    std::vector<Row> rows = sorted( entriesOf( tool, *file, families, arguments ), *key );
     if ( !rows.empty() )
         printTable( tool, rows, *key );
     else
@@ -283,6 +320,7 @@ const tool::Option showOptions[] = {
     { 's', "sort", "KEY",
       "What the rows are sorted by and the bars show: total, runs, latency, latency-max, run, run-max. "
       "Without it, the total run time." },
+    { 'p', "processes", nullptr, "List the living processes of each family, if the file has them." },
     { 'r', "reset", nullptr, "Count from the last reset on, not from the start." },
     tool::fromOption,
 };
