@@ -146,6 +146,16 @@ void qv___DictCompact( QV_DICT *dict )
     qv___ObjDbgSetAllocationSize( dict, 0 );
 }
 
+void qv::dictMovePair( QV_DICT *dict, QV_INT from, QV_INT dest )
+{
+    qv___DictPair pair = dict->items[from];
+    if ( dest > from )
+        movePairs( dict->items + from, dict->items + from + 1, dest - from );
+    else
+        movePairs( dict->items + dest + 1, dict->items + dest, from - dest );
+    dict->items[dest] = pair;
+}
+
 // ---- Creating ----
 
 QV_DICT *qvDictCreate( void )

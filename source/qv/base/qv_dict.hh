@@ -68,6 +68,9 @@ inline const qv___DictPair *dictPairs( const QV_DICT *dict )
 // A fresh private record without pairs, unlike the shared empty dictionary of qvDictCreate.
 QV_DICT *dictCreateFresh();
 
+// Moves a pair to the position that it then has; the caller changes the order of its key to match. The dictionary is private.
+void dictMovePair( QV_DICT *dict, QV_INT from, QV_INT dest );
+
 // The value of the key, borrowed: the reference stays the dictionary's. Null if the key is absent.
 qvObj dictValueOf( QV_DICT *dict, qvObj key );
 

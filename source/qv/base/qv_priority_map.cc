@@ -37,10 +37,8 @@ void qv___PriorityMapEntryFreeFunc( qvObj thisObj )
 
 QV_INT qv___PriorityMapEntryCompareFunc( qvObj thisObj, qvObj thatObj )
 {
-    QV___PRIORITY_MAP_ENTRY *thisEntry = qv___PriorityMapEntryFrom( thisObj );
-    QV___PRIORITY_MAP_ENTRY *thatEntry = qv___PriorityMapEntryFrom( thatObj );
-    QV_CHECK( thisEntry );
-    QV_CHECK( thatEntry );
+    auto *thisEntry = static_cast<QV___PRIORITY_MAP_ENTRY *>( thisObj );
+    auto *thatEntry = static_cast<QV___PRIORITY_MAP_ENTRY *>( thatObj );
     if ( thisEntry->priority != thatEntry->priority )
         return thisEntry->priority < thatEntry->priority ? -1 : 1;
     return qvObjCompare( thisEntry->obj, thatEntry->obj );
@@ -95,6 +93,40 @@ void removeEntry( QV_PRIORITY_MAP *map, QV___PRIORITY_MAP_ENTRY *member )
     Entry entry = Entry::share( member );
     qvDictDelObjKey( &map->order, qv::objOf<QV___PRIORITY_MAP_ENTRY>( entry ) );
     qvDictDelObjKey( &map->objects, entry->obj );
+}
+
+// How many entries of the order are below a priority and object.
+QV_INT countBelow( QV_DICT *order, QV_INT priority, qvObj obj )
+{
+    const qv___DictPair *base = qv::dictPairs( order );
+    QV_INT count = qv::dictLength( order );
+    auto isBelow = [&]( const qv___DictPair &pair ) {
+        auto *entry = static_cast<QV___PRIORITY_MAP_ENTRY *>( pair.key );
+        return entry->priority == priority ? qvObjCompare( entry->obj, obj ) < 0 : entry->priority < priority;
+    };
+    // Without a branch but for equal priorities: which half it is nobody can guess.
+    while ( count > 1 )
+    {
+        QV_INT half = count / 2;
+        base += half & -static_cast<QV_INT>( isBelow( base[half - 1] ) );
+        count -= half;
+    }
+    return base - qv::dictPairs( order ) + ( count == 1 && isBelow( *base ) );
+}
+
+// Gives a member another priority where the entry and the order belong to this map alone; false where they don't.
+bool tryMoveEntry( QV_PRIORITY_MAP *map, QV___PRIORITY_MAP_ENTRY *member, QV_INT priority )
+{
+    // The map's own references are the key in the order and the value in the objects.
+    if ( qv::isShared( map->order ) || qv::isShared( map->objects ) || QV_REF_RETAIN_COUNT( member ) != 2 )
+        return false;
+    QV_INT from = countBelow( map->order, member->priority, member->obj );
+    QV_CHECK( qv::dictPairs( map->order )[from].key == member );
+    QV_INT dest = countBelow( map->order, priority, member->obj );
+    // The place of the member itself is counted if it stands below.
+    qv::dictMovePair( map->order, from, dest > from ? dest - 1 : dest );
+    member->priority = priority;
+    return true;
 }
 
 } // namespace
@@ -212,6 +244,8 @@ void qvPriorityMapSet( QV_PRIORITY_MAP **map, QV_INT priority, qvObj obj )
     if ( QV___PRIORITY_MAP_ENTRY *member = entryOf( *map, obj ) )
     {
         if ( member->priority == priority )
+            return;
+        if ( member->obj == obj && tryMoveEntry( *map, member, priority ) )
             return;
         removeEntry( *map, member );
     }

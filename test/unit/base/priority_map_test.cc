@@ -85,7 +85,7 @@ TEST( PriorityMap, RandomEditsMatchAModel )
             Map holder = Map::share( isShared ? static_cast<QV_PRIORITY_MAP *>( map ) : nullptr );
             std::vector<Member> before = sorted( model );
             int id = static_cast<int>( random() % 60 );
-            switch ( random() % 5 )
+            switch ( random() % 6 )
             {
             case 0:
                 qvPriorityMapDel( map.edit(), test::traced( id ) );
@@ -97,6 +97,16 @@ TEST( PriorityMap, RandomEditsMatchAModel )
                     size_t idx = random() % model.size();
                     model.erase( before[idx].second );
                     qvPriorityMapDelAt( map.edit(), static_cast<QV_INT>( idx ) );
+                }
+                break;
+            case 2:
+                if ( !model.empty() )
+                {
+                    size_t idx = random() % model.size();
+                    Obj member( qvPriorityMapValueAt( map, static_cast<QV_INT>( idx ) ) );
+                    QV_INT priority = static_cast<QV_INT>( random() % 9 ) - 4;
+                    qvPriorityMapSet( map.edit(), priority, member );
+                    model[before[idx].second] = priority;
                 }
                 break;
             default: {
