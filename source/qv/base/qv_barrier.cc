@@ -13,8 +13,8 @@ namespace
 // clock can shift no more than one such slice; the length of a wait is measured on the monotonic clock.
 constexpr QV_INT longestSlice = 1000;
 
-constexpr long nanosPerMilli = 1000000;
-constexpr long nanosPerSecond = 1000000000;
+constexpr QV_INT nanosPerMilli = 1000000;
+constexpr QV_INT nanosPerSecond = 1000000000;
 
 void lock( QV_BARRIER *barrier )
 {
@@ -32,26 +32,23 @@ void unlock( QV_BARRIER *barrier )
     }
 }
 
-struct timespec deadlineAfter( QV_INT millisec )
+struct timespec deadlineAfter( QV_INT nanos )
 {
     struct timespec deadline;
     if ( clock_gettime( CLOCK_REALTIME, &deadline ) != 0 )
     {
         QV_FAIL( "failed to get time (realtime)" );
     }
-    deadline.tv_sec += static_cast<time_t>( millisec / 1000 );
-    deadline.tv_nsec += static_cast<long>( millisec % 1000 ) * nanosPerMilli;
-    if ( deadline.tv_nsec >= nanosPerSecond )
-    {
-        deadline.tv_sec++;
-        deadline.tv_nsec -= nanosPerSecond;
-    }
+    QV_INT sum = deadline.tv_nsec + nanos;
+    deadline.tv_sec += static_cast<time_t>( sum / nanosPerSecond );
+    deadline.tv_nsec = static_cast<long>( sum % nanosPerSecond );
     return deadline;
 }
 
-void waitSlice( QV_BARRIER *barrier, QV_INT millisec )
+// Waits for a wake, for the longest slice at most.
+void waitSlice( QV_BARRIER *barrier, QV_INT nanos )
 {
-    struct timespec deadline = deadlineAfter( qvIntMin( millisec, longestSlice ) );
+    struct timespec deadline = deadlineAfter( qvIntMin( nanos, longestSlice * nanosPerMilli ) );
     int result = pthread_cond_timedwait( &barrier->condition, &barrier->mutex, &deadline );
     if ( result != 0 && result != ETIMEDOUT )
     {
@@ -129,7 +126,31 @@ QV_BOOL qvBarrierPassTimed( QV_BARRIER *barrier, QV_INT millisec )
         {
             break;
         }
-        waitSlice( barrier, millisec - elapsed );
+        waitSlice( barrier, qvIntMin( millisec - elapsed, longestSlice ) * nanosPerMilli );
+    }
+    bool passed = barrier->open;
+    unlock( barrier );
+    return passed;
+}
+
+QV_BOOL qv::barrierPassUntil( QV_BARRIER *barrier, QV_INT timestamp )
+{
+    QV_CHECK( barrier );
+    if ( timestamp == -1 )
+    {
+        qvBarrierPass( barrier );
+        return QV_TRUE;
+    }
+    lock( barrier );
+    while ( !barrier->open )
+    {
+        QV_INT now = qv___Nanoseconds();
+        QV_INT left = timestamp - now / nanosPerMilli;
+        if ( left <= 0 )
+        {
+            break;
+        }
+        waitSlice( barrier, qvIntMin( left, longestSlice + 1 ) * nanosPerMilli - now % nanosPerMilli );
     }
     bool passed = barrier->open;
     unlock( barrier );
@@ -148,10 +169,14 @@ void qvBarrierUnblock( QV_BARRIER *barrier )
 {
     QV_CHECK( barrier );
     lock( barrier );
-    barrier->open = true;
-    if ( pthread_cond_broadcast( &barrier->condition ) != 0 )
+    // While it is open nobody waits.
+    if ( !barrier->open )
     {
-        QV_FAIL( "failed to broadcast condition" );
+        barrier->open = true;
+        if ( pthread_cond_broadcast( &barrier->condition ) != 0 )
+        {
+            QV_FAIL( "failed to broadcast condition" );
+        }
     }
     unlock( barrier );
 }

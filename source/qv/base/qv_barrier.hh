@@ -14,4 +14,13 @@ struct qv___Barrier : qv___Obj
     bool open;
 };
 
+namespace qv
+{
+
+// The same as qvBarrierPassTimed, but up to a timestamp, -1 for no limit. It ends as soon as the clock shows the timestamp,
+// where a wait for a number of milliseconds lasts so long at least.
+QV_BOOL barrierPassUntil( QV_BARRIER *barrier, QV_INT timestamp );
+
+} // namespace qv
+
 #endif

@@ -1,7 +1,7 @@
 #include <qv/exec/qv_timer.hh>
 
 #include <qv/base/qv_alert.h>
-#include <qv/base/qv_barrier.h>
+#include <qv/base/qv_barrier.hh>
 #include <qv/base/qv_dict.hh>
 #include <qv/base/qv_event_queue.h>
 #include <qv/base/qv_monitor.hh>
@@ -11,6 +11,7 @@
 #include <qv/base/qv_time.h>
 #include <qv/exec/qv_exec_block.hh>
 #include <qv/exec/qv_process.h>
+#include <qv/exec/qv_rest.hh>
 #include <qv/exec/qv_thread.h>
 #include <qv/runtime/qv_local.hh>
 #include <qv/sys/qv_int.h>
@@ -21,8 +22,8 @@ namespace
 
 using Closure = QV___TIMER_CLOSURE;
 
-// Guards both structures, the flags schedAbs and schedRel of all timers, absNumber and the abort flag. Never held while a
-// target fires.
+// Guards both structures, the flags schedAbs and schedRel of all timers, the two numbers and the abort flag. Never held
+// while a target fires.
 constinit QV_MONITOR *timerMonitor = nullptr;
 
 // The closures in the order of their timestamps.
@@ -31,6 +32,9 @@ constinit QV_PRIORITY_MAP *timerRelPrioMap = nullptr;
 // From time keys to closures.
 constinit QV_DICT *timerAbsDict = nullptr;
 constinit QV_INT absNumber = 0;
+
+// How many times a timer has been scheduled.
+constinit QV_INT scheduleNumber = 0;
 
 constinit bool timerThreadAbort = false;
 
@@ -160,6 +164,7 @@ void scheduleRelative( Closure *closure, QV_INT timestamp, Wake wake )
         Structures structures( closure, timestamp, nullptr );
         qv::timerUnschedule( &closure->flags, structures );
         qv::timerEnterRelative( &closure->flags, structures );
+        scheduleNumber++;
         isWaking |= wake == Wake::ifFirst && isFirstRelative( closure );
     }
     if ( isWaking )
@@ -176,6 +181,7 @@ void scheduleAbsolute( Closure *closure, QV_TIME *time )
         Structures structures( closure, -1, time );
         qv::timerUnschedule( &closure->flags, structures );
         qv::timerEnterAbsolute( &closure->flags, structures );
+        scheduleNumber++;
         isWaking = isFirstAbsolute( closure );
     }
     if ( isWaking )
@@ -272,28 +278,68 @@ QV_INT passAbsolute( QV_TIME **now )
     return QV_INT_MAX;
 }
 
+// Someone who schedules many timers in a row would be interrupted for each of them by the timer thread, which is more
+// urgent and has nothing to do but to look. So the thread naps for a moment before it waits again, in which timers gather
+// without a wake, while that brings several; not if one is about to be due.
+class TimerRest
+{
+  public:
+    TimerRest() : napping_( qv::Habit::SELDOM / 8 ) {}
+
+    // until is the timestamp of the next look, -1 for none.
+    void before( QV_INT until )
+    {
+        napped_ = napping_.isDue() && ( until == -1 || until - qv___Timestamp() >= NEAR );
+        if ( napped_ )
+        {
+            qv::nap( NAP );
+        }
+    }
+
+    // Under the monitor.
+    void note()
+    {
+        if ( napped_ )
+        {
+            napping_.note( scheduleNumber - seen_ > 1 );
+        }
+        seen_ = scheduleNumber;
+    }
+
+  private:
+    // In nanoseconds.
+    static constexpr long NAP = 50000;
+
+    // In milliseconds, of which the first may be over.
+    static constexpr QV_INT NEAR = 2;
+
+    qv::Habit napping_;
+    QV_INT seen_ = 0;
+    bool napped_ = false;
+};
+
 // The order of passing, blocking and only then looking is what keeps a wake from being lost: an unblock that comes before
 // the block belongs to a change that the look will see.
 void runTimerThread( void )
 {
-    QV_INT wait = -1;
+    QV_INT until = -1;
     bool isAborted = false;
     qv::Local<QV_TIME> calendarNow( qvTimeCreate() );
+    TimerRest rest;
     while ( !isAborted )
     {
-        qvBarrierPassTimed( timerThreadBarrier, wait );
+        rest.before( until );
+        qv::barrierPassUntil( timerThreadBarrier, until );
         qvBarrierBlock( timerThreadBarrier );
         qv::Entered entered( timerMonitor );
         isAborted = timerThreadAbort;
+        rest.note();
         QV_INT now = qvTimestamp();
         QV_CHECK( now < QV_INT_MAX );
         QV_INT relativeWait = passRelative( now );
         QV_INT absoluteWait = passAbsolute( calendarNow.edit() );
-        wait = qvIntMin( relativeWait, absoluteWait );
-        if ( wait == QV_INT_MAX )
-        {
-            wait = -1;
-        }
+        QV_INT wait = qvIntMin( relativeWait, absoluteWait );
+        until = wait < QV_INT_MAX - now ? now + wait : -1;
     }
 }
 
@@ -336,6 +382,7 @@ void qv___TimerStartup()
     timerRelPrioMap = qvPriorityMapCreate();
     timerAbsDict = qvDictCreate();
     absNumber = 0;
+    scheduleNumber = 0;
     timerThreadAbort = false;
     timerThreadBarrier = qvBarrierCreate( QV_TRUE );
     qv::Local<QV_STRING> name( qvStringCreateFromCstr( "QV_TIMER", -1 ) );

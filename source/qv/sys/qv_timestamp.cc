@@ -18,16 +18,33 @@ void qv___TimestampStartup()
 
 void qv___TimestampShutdown() {}
 
-QV_INT qv___Timestamp()
+namespace
+{
+
+struct timespec monotonicTime()
 {
     struct timespec now;
     if ( clock_gettime( CLOCK_MONOTONIC, &now ) != 0 )
     {
         QV_FAIL( "failed to get time (CLOCK_MONOTONIC)" );
     }
+    return now;
+}
+
+} // namespace
+
+QV_INT qv___Timestamp()
+{
+    struct timespec now = monotonicTime();
     QV_INT timestamp = static_cast<QV_INT>( now.tv_sec ) * 1000 + now.tv_nsec / 1000000;
     QV_CHECK( timestamp > 0 );
     return timestamp;
+}
+
+QV_INT qv___Nanoseconds()
+{
+    struct timespec now = monotonicTime();
+    return static_cast<QV_INT>( now.tv_sec ) * 1000000000 + now.tv_nsec;
 }
 
 QV_INT qvTimestampDiff( QV_INT a, QV_INT b )

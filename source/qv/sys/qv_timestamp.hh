@@ -6,6 +6,9 @@
 // Milliseconds of the platform's monotonic clock, above 0.
 QV_INT qv___Timestamp();
 
+// Nanoseconds of the same clock.
+QV_INT qv___Nanoseconds();
+
 void qv___TimestampStartup();
 void qv___TimestampShutdown();
 
