@@ -1,11 +1,11 @@
 #include <qv/exec/qv_process_thread.hh>
 
 #include <sched.h>
-#include <time.h>
 
 #include <qv/exec/qv_process.hh>
+#include <qv/exec/qv_rest.hh>
 #include <qv/runtime/qv_local.hh>
-#include <qv/sys/qv_int.h>
+#include <qv/sys/qv_timestamp.hh>
 
 namespace
 {
@@ -61,15 +61,15 @@ void setArrived( QV___PROCESS_THREAD *thread, bool arrived )
 constinit QV_INT spinnerCount = 0;
 
 // Waits a little for work before the thread sleeps, since falling asleep and being woken costs more than most waits
-// between two requests. The time adapts: waits that bring nothing become shorter. One processor always stays free of
-// spinning threads, which under real-time scheduling would keep from running whoever has work for them.
+// between two requests, and goes on so while work comes in that time. One processor always stays free of spinning
+// threads, which under real-time scheduling would keep from running whoever has work for them.
 //
 // Someone who posts in a row would be interrupted for each request by a thread that is more urgent and quick. So a thread
-// now and then naps for a moment instead, in which requests gather without a wake; while naps bring several, it goes on so.
+// now and then naps for a moment instead, in which requests gather without a wake, and goes on so while naps bring several.
 class Spinner
 {
   public:
-    Spinner() : places_( qv::processorCount() - 1 ), budget_( LONGEST ) {}
+    Spinner() : places_( qv::processorCount() - 1 ), spinning_( 1 ), napping_( qv::Habit::SELDOM ) {}
 
     void waitFor( QV___PROCESS_THREAD *thread )
     {
@@ -78,20 +78,19 @@ class Spinner
         {
             return;
         }
-        if ( isFlooded_ || ++waits_ % PROBE == 0 )
+        if ( napping_.isDue() )
         {
-            nap();
-            return;
+            qv::nap( NAP );
+            napped_ = true;
         }
-        if ( places_ <= 0 )
+        else if ( places_ > 0 && spinning_.isDue() )
         {
-            return;
+            if ( __atomic_fetch_add( &spinnerCount, 1, __ATOMIC_RELAXED ) < places_ )
+            {
+                spinning_.note( spin( thread ) );
+            }
+            __atomic_fetch_sub( &spinnerCount, 1, __ATOMIC_RELAXED );
         }
-        if ( __atomic_fetch_add( &spinnerCount, 1, __ATOMIC_RELAXED ) < places_ )
-        {
-            spin( thread );
-        }
-        __atomic_fetch_sub( &spinnerCount, 1, __ATOMIC_RELAXED );
     }
 
     // What has been found after the wait.
@@ -99,56 +98,35 @@ class Spinner
     {
         if ( napped_ )
         {
-            isFlooded_ = arrived->first != arrived->last;
+            napping_.note( arrived->first != arrived->last );
         }
     }
 
   private:
-    void nap()
+    // True if work came.
+    static bool spin( QV___PROCESS_THREAD *thread )
     {
-        struct timespec length = { 0, NAP };
-        nanosleep( &length, nullptr );
-        napped_ = true;
-    }
-
-    void spin( QV___PROCESS_THREAD *thread )
-    {
-        QV_INT end = nanoseconds() + budget_;
+        QV_INT end = qv___Nanoseconds() + SPIN;
         do
         {
             for ( int round = 0; round < ROUNDS; round++ )
             {
                 if ( hasArrived( thread ) )
                 {
-                    budget_ = qvIntMin( budget_ * 2, LONGEST );
-                    return;
+                    return true;
                 }
                 pause();
             }
-        } while ( nanoseconds() < end );
-        budget_ = qvIntMax( budget_ / 2, SHORTEST );
+        } while ( qv___Nanoseconds() < end );
+        return false;
     }
 
     // In nanoseconds.
-    static constexpr QV_INT LONGEST = 20000;
-    static constexpr QV_INT SHORTEST = 1000;
+    static constexpr QV_INT SPIN = 20000;
     static constexpr long NAP = 20000;
-
-    // Every so many waits are a nap.
-    static constexpr unsigned PROBE = 256;
 
     // Looks between two readings of the clock.
     static constexpr int ROUNDS = 16;
-
-    static QV_INT nanoseconds()
-    {
-        struct timespec now;
-        if ( clock_gettime( CLOCK_MONOTONIC, &now ) != 0 )
-        {
-            QV_FAIL( "failed to get time (CLOCK_MONOTONIC)" );
-        }
-        return static_cast<QV_INT>( now.tv_sec ) * 1000000000 + now.tv_nsec;
-    }
 
     static void pause()
     {
@@ -158,10 +136,9 @@ class Spinner
     }
 
     QV_INT places_; // how many threads may spin
-    QV_INT budget_;
-    unsigned waits_ = 0;
+    qv::Habit spinning_;
+    qv::Habit napping_;
     bool napped_ = false;
-    bool isFlooded_ = false;
 };
 
 // Moves what has arrived to the batch, after at most one wait.
@@ -179,6 +156,18 @@ void takeBatch( QV___PROCESS_THREAD *thread, qv___ExecList *batch, Spinner *spin
     unlock( thread );
 }
 
+// Moves the first of the batch to the thread's own queue.
+void takeNext( qv___ExecList *queue, qv___ExecList *batch )
+{
+    qv___ExecListAppendItem( queue, qv___ExecListRemoveFirstItem( batch ) );
+    // The next ones come into the cache while this one runs.
+    if ( batch->first )
+    {
+        qv::prefetchProcess( batch->first->owner );
+        __builtin_prefetch( batch->first->next, 1 );
+    }
+}
+
 // The thread's own queue goes first and in order, then the batch, and only when both are empty what has arrived since. The
 // last release of the domain may come from a process on this very thread; the flag is then set on the way back.
 void runLoop( QV___PROCESS_THREAD *thread, qv___ExecList *batch )
@@ -190,7 +179,7 @@ void runLoop( QV___PROCESS_THREAD *thread, qv___ExecList *batch )
         if ( queue->first )
             qv___ProcessExecute( queue->first->owner );
         else if ( batch->first )
-            qv___ExecListAppendItem( queue, qv___ExecListRemoveFirstItem( batch ) );
+            takeNext( queue, batch );
         else
             takeBatch( thread, batch, &spinner );
     }
