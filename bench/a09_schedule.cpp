@@ -25,6 +25,7 @@
 // limit:mutex_queue is the library's fixed design by hand: a thread with a mutex, a condition, an
 // intrusive queue taken as a whole, a wake-up only if the queue was empty, two atomic flags a task.
 // limit:private_list is its trail path: append to the running thread's own list, no lock.
+// floor:private_list_clock is that with a reading of the monotonic clock before each run, which a process has for its time.
 // limit:spin is a flag in memory between two spinning threads.
 #include "schedule.hpp"
 #include <QCoreApplication>
@@ -290,10 +291,13 @@ struct FixedThread
     Task *first = nullptr, *last = nullptr;
     bool halt = false;
     Task *own = nullptr, *own_last = nullptr;
-    bool trail;
+    bool trail, clock;
     std::thread t;
     static thread_local FixedThread *current;
-    explicit FixedThread( bool trail ) : trail( trail ), t( [this] { run(); } ) {}
+    explicit FixedThread( bool trail, bool clock = false )
+        : trail( trail ), clock( clock ), t( [this] { run(); } )
+    {
+    }
     ~FixedThread()
     {
         {
@@ -336,6 +340,8 @@ struct FixedThread
     void execute( Task *x )
     {
         x->pending.exchange( false );
+        if ( clock )
+            keep( now_ns() );
         x->func( x->arg );
         if ( !x->pending.exchange( false ) )
         {
@@ -768,11 +774,11 @@ static void fixed_design( Bench &b )
         Gate *g;
         int *left, end;
     };
-    for ( bool trail : { false, true } )
+    for ( const char *name : { "limit:mutex_queue", "limit:private_list", "floor:private_list_clock" } )
     {
-        const char *name = trail ? "limit:private_list" : "limit:mutex_queue";
+        bool trail = strstr( name, "private_list" ), clock = strstr( name, "clock" );
         auto again = [=]( Rec &r, int count ) {
-            FixedThread t( trail );
+            FixedThread t( trail, clock );
             Gate g;
             int left = N - count + 1;
             std::vector<S> v( static_cast<size_t>( count ) );
@@ -835,7 +841,7 @@ static void fixed_design( Bench &b )
             } );
         };
         b.add( "pingpong_p1", name, [=]( Rec &r ) {
-            FixedThread t( trail );
+            FixedThread t( trail, clock );
             run( r, t, t, N );
         } );
         if ( !trail )
