@@ -36,6 +36,14 @@ bool isInline( const QV_DICT *dict )
     return dict->items == dict->inlineStore;
 }
 
+// Pairs that the inline store of this record has room for.
+QV_INT inlinePairs( const QV_DICT *dict )
+{
+    constexpr auto fullSize = static_cast<QV_INT>( sizeof( QV_DICT ) );
+    constexpr auto pairSize = static_cast<QV_INT>( sizeof( qv___DictPair ) );
+    return QV___DICT_INLINE - ( fullSize - dict->dbgObjectSize ) / pairSize;
+}
+
 void movePairs( qv___DictPair *dest, const qv___DictPair *src, QV_INT count )
 {
     std::memmove( dest, src, static_cast<size_t>( count ) * sizeof( qv___DictPair ) );
@@ -54,8 +62,12 @@ void qv___DictFreeFunc( qvObj thisObj )
     QV_DICT *dict = qvDictFrom( thisObj );
     QV_CHECK( dict );
     qv::NestedRelease nested;
+    for ( QV_INT idx = 0; idx < dict->length && idx < qv::releaseAhead; ++idx )
+        qv::fetchForRelease( dict->items[idx].val );
     for ( QV_INT idx = 0; idx < dict->length; ++idx )
     {
+        if ( idx + qv::releaseAhead < dict->length )
+            qv::fetchForRelease( dict->items[idx + qv::releaseAhead].val );
         nested.release( dict->items[idx].key );
         nested.release( dict->items[idx].val );
     }
@@ -131,7 +143,7 @@ void qv___DictCompact( QV_DICT *dict )
     QV_CHECK( QV_REF_RETAIN_COUNT( dict ) == 1 );
     if ( isInline( dict ) || dict->alloc - dict->length <= compactLimit )
         return;
-    if ( dict->length > QV___DICT_INLINE )
+    if ( dict->length > inlinePairs( dict ) )
     {
         dict->items = static_cast<qv___DictPair *>(
             qvMemReallocN( dict->items, dict->length, sizeof( qv___DictPair ) ) );
@@ -142,7 +154,7 @@ void qv___DictCompact( QV_DICT *dict )
     movePairs( dict->inlineStore, dict->items, dict->length );
     qvMemFree( dict->items );
     dict->items = dict->inlineStore;
-    dict->alloc = QV___DICT_INLINE;
+    dict->alloc = inlinePairs( dict );
     qv___ObjDbgSetAllocationSize( dict, 0 );
 }
 
@@ -154,6 +166,22 @@ void qv::dictMovePair( QV_DICT *dict, QV_INT from, QV_INT dest )
     else
         movePairs( dict->items + dest + 1, dict->items + dest, from - dest );
     dict->items[dest] = pair;
+}
+
+QV_DICT *qv::dictCreateUnfilled( QV_INT count )
+{
+    if ( count > QV___DICT_INLINE )
+    {
+        QV_DICT *dict = dictCreateFresh();
+        qv___DictMakeRoom( dict, 0, count );
+        return dict;
+    }
+    auto missing = static_cast<size_t>( QV___DICT_INLINE - count ) * sizeof( qv___DictPair );
+    auto *dict = static_cast<QV_DICT *>( qv___ObjCreate( sizeof( QV_DICT ) - missing, qvDictSort() ) );
+    dict->alloc = count;
+    dict->length = count;
+    dict->items = dict->inlineStore;
+    return dict;
 }
 
 // ---- Creating ----

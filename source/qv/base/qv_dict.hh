@@ -18,7 +18,8 @@ struct qv___DictPair
 
 // Invariant: items[0] up to items[length - 1] are in strictly ascending order of their keys under
 // qvObjCompare, and the dictionary owns one reference to each key and each value, none of them null. items is
-// the inline store or an array from the memory layer of alloc pairs, which the dictionary owns.
+// the inline store or an array from the memory layer of alloc pairs, which the dictionary owns. The record of a
+// dictionary that was made in its final size ends with its last pair; dbgObjectSize tells.
 struct qv___Dict : qv___Obj
 {
     QV_INT alloc;
@@ -70,6 +71,9 @@ QV_DICT *dictCreateFresh();
 
 // Moves a pair to the position that it then has; the caller changes the order of its key to match. The dictionary is private.
 void dictMovePair( QV_DICT *dict, QV_INT from, QV_INT dest );
+
+// A private dictionary of count pairs, above 0, which the caller fills at once.
+QV_DICT *dictCreateUnfilled( QV_INT count );
 
 // The value of the key, borrowed: the reference stays the dictionary's. Null if the key is absent.
 qvObj dictValueOf( QV_DICT *dict, qvObj key );

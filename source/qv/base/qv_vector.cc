@@ -31,8 +31,12 @@ void qv___VectorFreeFunc( qvObj thisObj )
     QV_CHECK( vec );
     qvObj *items = qv::vectorBacking( vec );
     qv::NestedRelease nested;
+    for ( QV_INT idx = 0; idx < vec->length && idx < qv::releaseAhead; ++idx )
+        qv::fetchForRelease( items[idx] );
     for ( QV_INT idx = 0; idx < vec->length; ++idx )
     {
+        if ( idx + qv::releaseAhead < vec->length )
+            qv::fetchForRelease( items[idx + qv::releaseAhead] );
         qvObj item = items[idx];
         items[idx] = nullptr;
         nested.release( item );
@@ -64,6 +68,23 @@ QV_VECTOR *qv::vectorCreateFresh()
     vec->length = 0;
     vec->fspace = QV_VECTOR_FSPACE;
     vec->bspace = QV_VECTOR_BSPACE;
+    vec->items = vec->inlineStore;
+    return vec;
+}
+
+QV_VECTOR *qv::vectorCreateUnfilled( QV_INT count )
+{
+    if ( count > QV___VECTOR_INLINE )
+    {
+        QV_VECTOR *vec = vectorCreateFresh();
+        qv___VectorMakeRoom( vec, 0, count );
+        return vec;
+    }
+    auto missing = static_cast<size_t>( QV___VECTOR_INLINE - count ) * sizeof( qvObj );
+    auto *vec = static_cast<QV_VECTOR *>( qv___ObjCreate( sizeof( QV_VECTOR ) - missing, qvVectorSort() ) );
+    vec->length = count;
+    vec->fspace = 0;
+    vec->bspace = 0;
     vec->items = vec->inlineStore;
     return vec;
 }

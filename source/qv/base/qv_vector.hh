@@ -12,7 +12,8 @@
 
 // Invariant: items[fspace] up to items[fspace + length - 1] are the items, each not null and one reference of
 // the vector's. items is the inline store or an array from the memory layer of fspace + length + bspace
-// slots, which the vector owns.
+// slots, which the vector owns. The record of a vector that was made in its final size ends with its last item;
+// dbgObjectSize tells.
 struct qv___Vector : qv___Obj
 {
     QV_INT length;
@@ -75,6 +76,9 @@ inline bool vectorIsInline( const QV_VECTOR *vec )
 
 // A fresh private record without items, unlike the shared empty vector of qvVectorCreate.
 QV_VECTOR *vectorCreateFresh();
+
+// A private vector of count items, above 0, which the caller fills at once.
+QV_VECTOR *vectorCreateUnfilled( QV_INT count );
 
 // Appends an object and takes over its reference.
 inline void vectorAppendGiven( QV_VECTOR **vec, qvObj given )

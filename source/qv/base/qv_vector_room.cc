@@ -96,6 +96,15 @@ namespace
 
 constexpr VectorLimits vectorLimits = {};
 
+// The limits of a vector whose record may be a short one.
+VectorLimits limitsOf( const QV_VECTOR *vec )
+{
+    VectorLimits limits = vectorLimits;
+    QV_INT missing = static_cast<QV_INT>( sizeof( QV_VECTOR ) ) - vec->dbgObjectSize;
+    limits.inlineSlots -= missing / static_cast<QV_INT>( sizeof( qvObj ) );
+    return limits;
+}
+
 VectorShape shapeOf( const QV_VECTOR *vec )
 {
     return { vec->length, vec->fspace, vec->bspace, vectorIsInline( vec ) };
@@ -146,7 +155,7 @@ void qv___VectorCompact( QV_VECTOR *vec )
 {
     QV_CHECK( vec );
     QV_CHECK( QV_REF_RETAIN_COUNT( vec ) == 1 );
-    qv::VectorCompactPlan plan = qv::vectorPlanCompact( qv::shapeOf( vec ), qv::vectorLimits );
+    qv::VectorCompactPlan plan = qv::vectorPlanCompact( qv::shapeOf( vec ), qv::limitsOf( vec ) );
     qvObj *before = vec->items;
     const qvObj *from = qv::vectorBacking( vec );
     vec->fspace = plan.fspace;

@@ -45,7 +45,7 @@ JsonCollector::~JsonCollector()
     qvMemFree( levels_ );
 }
 
-void JsonCollector::open( bool isObject, const QV_CHAR *begin )
+void JsonCollector::open( bool isObject, QV_INT begin )
 {
     if ( depth_ == levelsAlloc_ )
         grow( &levels_, &levelsAlloc_, 16 );
@@ -59,12 +59,33 @@ void JsonCollector::push( const Entry &entry )
     entries_[count_++] = entry;
 }
 
+// Up to three characters of 21 bits each.
+uint64_t JsonCollector::frontOf( QV_STRING *name )
+{
+    constexpr QV_INT most = 3;
+    const QV_CHAR *chs = stringBacking( name );
+    QV_INT length = stringLength( name );
+    uint64_t front = 0;
+    for ( QV_INT idx = 0; idx < most; idx++ )
+    {
+        front = front << 21 | ( idx < length ? chs[idx] : 0 );
+    }
+    return front;
+}
+
+bool JsonCollector::isBefore( const Entry &entryA, const Entry &entryB )
+{
+    if ( entryA.front != entryB.front )
+        return entryA.front < entryB.front;
+    return stringCompare( entryA.name, entryB.name ) < 0;
+}
+
 void JsonCollector::addName( QV_STRING *given, uint32_t hash )
 {
     JsonLevel *level = top();
-    Entry entry = { given, nullptr, hash };
+    Entry entry = { given, nullptr, frontOf( given ), hash };
     if ( level->isAscending && count() > 0 )
-        level->isAscending = stringCompare( entries_[count_ - 1].name, given ) < 0;
+        level->isAscending = isBefore( entries_[count_ - 1], entry );
     if ( !level->isAscending )
     {
         if ( !level->slots && count() > fewNames )
@@ -87,7 +108,7 @@ void JsonCollector::addValue( QV_JSON_VALUE *given )
     if ( top()->isObject )
         entries_[count_ - 1].value = given;
     else
-        push( { nullptr, given, 0 } );
+        push( { nullptr, given, 0, 0 } );
 }
 
 bool JsonCollector::isKnown( const JsonLevel *level, const Entry &entry ) const
@@ -153,11 +174,8 @@ QV_DICT *JsonCollector::takeDict( JsonLevel *level )
     if ( count() == 0 )
         return qvDictCreate();
     if ( !level->isAscending )
-        std::sort( first, entries_ + count_, []( const Entry &entryA, const Entry &entryB ) {
-            return stringCompare( entryA.name, entryB.name ) < 0;
-        } );
-    QV_DICT *dict = dictCreateFresh();
-    qv___DictMakeRoom( dict, 0, count() );
+        std::sort( first, entries_ + count_, isBefore );
+    QV_DICT *dict = dictCreateUnfilled( count() );
     for ( QV_INT idx = 0; idx < count(); idx++ )
     {
         dict->items[idx] = { first[idx].name, first[idx].value };
@@ -169,8 +187,8 @@ QV_VECTOR *JsonCollector::takeVector( JsonLevel *level )
 {
     if ( count() == 0 )
         return qvVectorCreate();
-    QV_VECTOR *vec = vectorCreateFresh();
-    qvObj *items = qv___VectorMakeRoom( vec, 0, count() );
+    QV_VECTOR *vec = vectorCreateUnfilled( count() );
+    qvObj *items = vectorBacking( vec );
     for ( QV_INT idx = 0; idx < count(); idx++ )
     {
         items[idx] = entries_[level->first + idx].value;

@@ -14,7 +14,7 @@ namespace qv
 struct JsonLevel
 {
     QV_INT first;
-    const QV_CHAR *begin; // its opening bracket in the text
+    QV_INT begin; // place of its opening bracket in the text
     bool isObject;
     bool isAscending; // the names so far ascend
     bool isDuplicate; // the name that was added last was there already
@@ -31,7 +31,7 @@ class JsonCollector
     JsonCollector &operator=( const JsonCollector & ) = delete;
     ~JsonCollector();
 
-    void open( bool isObject, const QV_CHAR *begin );
+    void open( bool isObject, QV_INT begin );
 
     QV_INT depth() const
     {
@@ -62,9 +62,12 @@ class JsonCollector
     {
         QV_STRING *name;      // null for an element
         QV_JSON_VALUE *value; // null while it is being read
+        uint64_t front;       // the name's first characters, in its order
         uint32_t hash;        // of the name: the given one, or the keyed one in a level with slots
     };
 
+    static uint64_t frontOf( QV_STRING *name );
+    static bool isBefore( const Entry &entryA, const Entry &entryB );
     void push( const Entry &entry );
     bool isKnown( const JsonLevel *level, const Entry &entry ) const;
     void enterSlot( JsonLevel *level, QV_INT idx );

@@ -10,10 +10,13 @@
 #include <qv/runtime/qv_local.hh>
 #include <qv/sys/qv_mem.h>
 
+#include <algorithm>
+#include <cstring>
+
 namespace
 {
 
-// A growing array of what a text is made of: characters, or bytes of UTF-8.
+// A growing array of what a text is made of: characters, or bytes of UTF-8. Its end is the writer's to know.
 template <typename UNIT> class Text
 {
   public:
@@ -26,40 +29,15 @@ template <typename UNIT> class Text
         qvMemFree( begin_ );
     }
 
-    // Makes sure of room for count units, which the puts below don't test for.
-    void need( QV_INT count )
+    // Where to go on at after making sure of room for count units behind at.
+    UNIT *reserve( UNIT *at, QV_INT count )
     {
-        if ( end_ - at_ < count )
-            grow( count );
+        return end_ - at >= count ? at : grow( at, count );
     }
 
-    void put( QV_CHAR ch )
+    QV_INT lengthTo( const UNIT *at ) const
     {
-        *at_++ = static_cast<UNIT>( ch );
-    }
-
-    template <size_t SIZE> void putLiteral( const char ( &literal )[SIZE] )
-    {
-        for ( size_t idx = 0; idx + 1 < SIZE; idx++ )
-        {
-            put( static_cast<unsigned char>( literal[idx] ) );
-        }
-    }
-
-    void putAscii( const unsigned char *bytes, QV_INT count )
-    {
-        for ( QV_INT idx = 0; idx < count; idx++ )
-        {
-            put( bytes[idx] );
-        }
-    }
-
-    // Any characters; these make room for themselves.
-    void putChars( const QV_CHAR *chs, QV_INT count );
-
-    QV_INT length() const
-    {
-        return at_ - begin_;
+        return at - begin_;
     }
 
     const UNIT *units() const
@@ -67,78 +45,190 @@ template <typename UNIT> class Text
         return begin_;
     }
 
-    // Hands the array over, without its unused part.
-    UNIT *give()
+    // Hands the array over, without its part behind at.
+    UNIT *give( const UNIT *at )
     {
-        auto *units = static_cast<UNIT *>( qvMemReallocN( begin_, length(), sizeof( UNIT ) ) );
-        begin_ = at_ = end_ = nullptr;
+        auto *units = static_cast<UNIT *>( qvMemReallocN( begin_, lengthTo( at ), sizeof( UNIT ) ) );
+        begin_ = end_ = nullptr;
         return units;
     }
 
   private:
-    void grow( QV_INT count )
+    [[gnu::noinline]] UNIT *grow( UNIT *at, QV_INT count )
     {
-        QV_INT used = length();
+        QV_INT used = lengthTo( at );
         QV_INT size = end_ - begin_;
         QV_CHECK( QV_INT_ADD_OK( size, count ) );
         QV_CHECK( QV_INT_MUL_OK( size + count, 2 ) );
         size = size == 0 && count < 256 ? 512 : ( size + count ) * 2;
         begin_ = static_cast<UNIT *>( qvMemReallocN( begin_, size, sizeof( UNIT ) ) );
-        at_ = begin_ + used;
         end_ = begin_ + size;
+        return begin_ + used;
     }
 
     UNIT *begin_ = nullptr;
-    UNIT *at_ = nullptr;
     UNIT *end_ = nullptr;
 };
 
-template <> void Text<QV_CHAR>::putChars( const QV_CHAR *chs, QV_INT count )
+// Each of the following puts something at a place that has room for it, and returns the place behind it. What is put in
+// words may write over the next seven units.
+
+template <typename UNIT> UNIT *put( UNIT *at, QV_CHAR ch )
 {
-    need( count );
-    qv::copyChars( at_, chs, count );
-    at_ += count;
+    *at = static_cast<UNIT>( ch );
+    return at + 1;
 }
 
-// Copies ASCII as far as it goes and returns its length.
-QV_INT copyAscii( unsigned char *dest, const QV_CHAR *chs, QV_INT count )
+template <typename UNIT, size_t SIZE> UNIT *putLiteral( UNIT *at, const char ( &literal )[SIZE] )
+{
+    for ( size_t idx = 0; idx + 1 < SIZE; idx++ )
+    {
+        at[idx] = static_cast<unsigned char>( literal[idx] );
+    }
+    return at + SIZE - 1;
+}
+
+// An ASCII text that may be read in words.
+unsigned char *putWords( unsigned char *at, const unsigned char *bytes, QV_INT length )
+{
+    for ( QV_INT idx = 0; idx < length; idx += 8 )
+    {
+        std::memcpy( at + idx, bytes + idx, 8 );
+    }
+    return at + length;
+}
+
+QV_CHAR *putWords( QV_CHAR *at, const unsigned char *bytes, QV_INT length )
+{
+    return std::copy( bytes, bytes + length, at );
+}
+
+template <typename UNIT> UNIT *putEscape( UNIT *at, QV_CHAR ch )
+{
+    at = put( at, '\\' );
+    switch ( ch )
+    {
+    case '"':
+    case '\\':
+        return put( at, ch );
+    case '\b':
+        return put( at, 'b' );
+    case '\t':
+        return put( at, 't' );
+    case '\n':
+        return put( at, 'n' );
+    case '\f':
+        return put( at, 'f' );
+    case '\r':
+        return put( at, 'r' );
+    default:
+        at = putLiteral( at, "u00" );
+        at = put( at, static_cast<unsigned char>( "0123456789ABCDEF"[ch >> 4] ) );
+        return put( at, static_cast<unsigned char>( "0123456789ABCDEF"[ch & 15] ) );
+    }
+}
+
+QV_CHAR *putRun( QV_CHAR *at, const QV_CHAR *chs, QV_INT length )
+{
+    qv::copyChars( at, chs, length );
+    return at + length;
+}
+
+unsigned char *putRun( unsigned char *at, const QV_CHAR *chs, QV_INT length )
+{
+    qv::EncodeSpan span = { chs, chs + length, at, at + 4 * length };
+    qv::utf8Encode( &span, qv::OnInvalid::replace );
+    return span.bytes;
+}
+
+// What stands between the quotes, from characters.
+template <typename UNIT> UNIT *putEscaped( UNIT *at, const QV_CHAR *chs, QV_INT length )
+{
+    const QV_CHAR *end = chs + length;
+    for ( ;; )
+    {
+        QV_INT run = qv::jsonPlainRun( chs, end - chs );
+        at = putRun( at, chs, run );
+        chs += run;
+        if ( chs == end )
+            return at;
+        at = putEscape( at, *chs++ );
+    }
+}
+
+// The same from the tail of a value, which may be read in words up to the one that its last byte is in.
+unsigned char *putEscaped( unsigned char *at, const unsigned char *bytes, QV_INT length )
 {
     QV_INT idx = 0;
-    constexpr QV_INT block = 8;
-    for ( ; idx + block <= count; idx += block )
+    while ( idx < length )
     {
-        QV_CHAR all = 0;
-        for ( QV_INT lane = 0; lane < block; lane++ )
+        // Behind an escape the rest may not stand at a whole word.
+        bool isWhole = length - idx >= 8 || idx % 8 == 0;
+        QV_INT room = isWhole ? std::min<QV_INT>( length - idx, 8 ) : 1;
+        uint64_t marks = 0;
+        if ( isWhole )
         {
-            all |= chs[idx + lane];
+            uint64_t word = qv::jsonLoadWord( bytes + idx );
+            std::memcpy( at, bytes + idx, 8 );
+            marks = qv::jsonSpecialBits( word );
         }
-        if ( all >= 0x80 )
-            break;
-        for ( QV_INT lane = 0; lane < block; lane++ )
+        else
         {
-            dest[idx + lane] = static_cast<unsigned char>( chs[idx + lane] );
+            *at = bytes[idx];
+            marks = qv::jsonIsSpecial( bytes[idx] ) ? 0x80 : 0;
         }
+        QV_INT run = marks ? std::min( qv::jsonFirstMarked( marks ), room ) : room;
+        at += run;
+        idx += run;
+        if ( run < room )
+            at = putEscape( at, bytes[idx++] );
     }
-    for ( ; idx < count && chs[idx] < 0x80; idx++ )
-    {
-        dest[idx] = static_cast<unsigned char>( chs[idx] );
-    }
-    return idx;
+    return at;
 }
 
-template <> void Text<unsigned char>::putChars( const QV_CHAR *chs, QV_INT count )
+QV_CHAR *putEscaped( QV_CHAR *at, const unsigned char *bytes, QV_INT length )
 {
-    need( count );
-    QV_INT ascii = copyAscii( at_, chs, count );
-    at_ += ascii;
-    if ( ascii == count )
-        return;
-    QV_INT rest = count - ascii;
-    QV_CHECK( QV_INT_MUL_OK( rest, 4 ) );
-    need( rest * 4 );
-    qv::EncodeSpan span = { chs + ascii, chs + count, at_, end_ };
-    qv::utf8Encode( &span, qv::OnInvalid::replace );
-    at_ = span.bytes;
+    const unsigned char *end = bytes + length;
+    for ( ;; )
+    {
+        QV_INT run = qv::jsonPlainRun( bytes, end - bytes );
+        at = qv::jsonDecodeUtf8( bytes, run, at );
+        bytes += run;
+        if ( bytes == end )
+            return at;
+        at = putEscape( at, *bytes++ );
+    }
+}
+
+// A short text of ASCII without anything to escape, out of a string's own store, in words; null if it isn't that.
+unsigned char *putPlainName( unsigned char *at, QV_STRING *name )
+{
+    constexpr QV_INT longest = QV___STRING_INLINE - 8;
+    QV_INT length = qv::stringLength( name );
+    if ( length > longest || name->chars != name->inlineChars || name->fspace > 0 )
+        return nullptr;
+    for ( QV_INT idx = 0; idx < length; idx += 8 )
+    {
+        const QV_CHAR *chs = name->inlineChars + idx;
+        QV_CHAR wide = 0;
+        unsigned char bytes[8];
+        for ( QV_INT lane = 0; lane < 8; lane++ )
+        {
+            // What stands behind the text counts for nothing.
+            QV_CHAR ch = idx + lane < length ? chs[lane] : ' ';
+            wide |= ch;
+            bytes[lane] = static_cast<unsigned char>( ch );
+        }
+        if ( wide >= 0x80 || qv::jsonSpecialBits( qv::jsonLoadWord( bytes ) ) )
+            return nullptr;
+        std::memcpy( at + idx, bytes, 8 );
+    }
+    return at + length;
+}
+
+QV_CHAR *putPlainName( QV_CHAR *, QV_STRING * )
+{
+    return nullptr;
 }
 
 // How a text is laid out.
@@ -164,222 +254,227 @@ struct Frame
     QV_INT length;
 };
 
+// Entries that are fetched ahead.
+constexpr QV_INT fetchAhead = 6;
+
+// Fetches the record of an entry that will be written soon, as large trees don't fit the caches.
+inline void fetchEntry( const Frame *frame, QV_INT idx )
+{
+    if ( idx >= frame->length )
+        return;
+    const QV_JSON_VALUE *val = frame->val->type == QV_JSON_TYPE_ARRAY ? qv::jsonItemAt( frame->val, idx )
+                                                                      : qv::jsonMemberAt( frame->val, idx );
+    __builtin_prefetch( &val->type );
+}
+
 template <typename UNIT> class Writer
 {
   public:
-    explicit Writer( const Layout &layout ) : layout_( layout ) {}
+    explicit Writer( const Layout &layout );
     Writer( const Writer & ) = delete;
     Writer &operator=( const Writer & ) = delete;
 
-    // Writes the whole text of a value.
-    void write( QV_JSON_VALUE *root );
+    // Writes the whole text of a value and returns its end.
+    UNIT *write( QV_JSON_VALUE *root );
 
     Text<UNIT> text;
 
   private:
     // Units that all short puts of one entry take together, and then some.
     static constexpr QV_INT smallRoom = 64;
+    // Units that a character may take, escaped or encoded.
+    static constexpr QV_INT widest = 6;
+    // Characters of a long text that are written at once.
+    static constexpr QV_INT pieceLength = 4096;
 
-    void qv___JsonEncodeNext( QV_INT level );
-    void qv___JsonEncodeValue( QV_JSON_VALUE *val );
-    void qv___JsonEncodeString( QV_STRING *string );
-    void putEscape( QV_CHAR ch );
-    void putNumber( QV_JSON_VALUE *val );
-    void putNextEntry();
-    void open( QV_JSON_VALUE *val );
-    void close();
+    UNIT *qv___JsonEncodeNext( UNIT *at, QV_INT level );
+    UNIT *qv___JsonEncodeValue( UNIT *at, QV_JSON_VALUE *val );
+    UNIT *qv___JsonEncodeString( UNIT *at, QV_STRING *string );
+    UNIT *putName( UNIT *at, QV_STRING *name );
+    UNIT *putText( UNIT *at, QV_JSON_VALUE *val );
+    UNIT *putNextEntry( UNIT *at );
+    UNIT *open( UNIT *at, QV_JSON_VALUE *val );
+    UNIT *close( UNIT *at );
+    UNIT *extendBreak( QV_INT level );
 
     Layout layout_;
+    // What stands between tokens on different lines: the break, and the indents of as many levels as came up.
+    Text<UNIT> break_;
+    UNIT *breakEnd_ = nullptr;
+    QV_INT breakLevels_ = -1;
+    QV_INT breakLength_ = 0;  // of the break alone, with which level 0 begins
+    QV_INT indentLength_ = 0; // of one indent
     qv::FrameStack<Frame> frames_;
 };
 
-// Writes what stands between two tokens on different lines.
-template <typename UNIT> void Writer<UNIT>::qv___JsonEncodeNext( QV_INT level )
+template <typename UNIT> Writer<UNIT>::Writer( const Layout &layout ) : layout_( layout )
 {
     if ( layout_.packed )
         return;
-    if ( layout_.singleLine )
-    {
-        text.put( ' ' );
-        return;
-    }
-    text.putChars( layout_.nlf.chars, layout_.nlf.length );
-    const QV_CHAR *indent = qv::stringBacking( layout_.indent );
-    QV_INT width = qv::stringLength( layout_.indent );
-    if ( width == 1 && *indent < 0x80 )
-    {
-        text.need( level + smallRoom );
-        for ( QV_INT count = 0; count < level; count++ )
-        {
-            text.put( *indent );
-        }
-        return;
-    }
-    for ( QV_INT count = 0; width > 0 && count < level; count++ )
-    {
-        text.putChars( indent, width );
-    }
-    text.need( smallRoom );
+    const QV_CHAR blank = ' ';
+    const QV_CHAR *chs = layout_.singleLine ? &blank : layout_.nlf.chars;
+    QV_INT length = layout_.singleLine ? 1 : layout_.nlf.length;
+    breakEnd_ = putRun( break_.reserve( breakEnd_, smallRoom ), chs, length );
+    breakLength_ = length;
+    breakLevels_ = 0;
 }
 
-template <typename UNIT> void Writer<UNIT>::putEscape( QV_CHAR ch )
+// Adds the indents up to a level.
+template <typename UNIT> UNIT *Writer<UNIT>::extendBreak( QV_INT level )
 {
-    text.put( '\\' );
-    switch ( ch )
+    QV_INT width = qv::stringLength( layout_.indent );
+    QV_CHECK( QV_INT_MUL_OK( width, widest ) );
+    for ( ; breakLevels_ < level; breakLevels_++ )
     {
-    case '"':
-    case '\\':
-        text.put( ch );
-        return;
-    case '\b':
-        text.put( 'b' );
-        return;
-    case '\t':
-        text.put( 't' );
-        return;
-    case '\n':
-        text.put( 'n' );
-        return;
-    case '\f':
-        text.put( 'f' );
-        return;
-    case '\r':
-        text.put( 'r' );
-        return;
-    default:
-        text.putLiteral( "u00" );
-        text.put( static_cast<unsigned char>( "0123456789ABCDEF"[ch >> 4] ) );
-        text.put( static_cast<unsigned char>( "0123456789ABCDEF"[ch & 15] ) );
+        UNIT *begin = break_.reserve( breakEnd_, width * widest + smallRoom );
+        breakEnd_ = putRun( begin, qv::stringBacking( layout_.indent ), width );
+        indentLength_ = breakEnd_ - begin;
     }
+    return breakEnd_;
 }
 
-template <typename UNIT> void Writer<UNIT>::qv___JsonEncodeString( QV_STRING *string )
+// Writes what stands between two tokens on different lines, and makes sure of room for short puts behind it.
+template <typename UNIT> UNIT *Writer<UNIT>::qv___JsonEncodeNext( UNIT *at, QV_INT level )
+{
+    if ( layout_.packed )
+        return text.reserve( at, smallRoom );
+    if ( !layout_.singleLine && level > breakLevels_ )
+        extendBreak( level );
+    QV_INT length = breakLength_ + ( layout_.singleLine ? 0 : level * indentLength_ );
+    at = text.reserve( at, length + smallRoom );
+    std::memcpy( at, break_.units(), static_cast<size_t>( length ) * sizeof( UNIT ) );
+    return at + length;
+}
+
+template <typename UNIT> UNIT *Writer<UNIT>::qv___JsonEncodeString( UNIT *at, QV_STRING *string )
 {
     const QV_CHAR *chs = qv::stringBacking( string );
     const QV_CHAR *end = chs + qv::stringLength( string );
-    text.need( smallRoom );
-    text.put( '"' );
-    for ( ;; )
+    at = put( text.reserve( at, smallRoom ), '"' );
+    while ( chs < end )
     {
-        QV_INT run = qv::jsonPlainRun( chs, end - chs );
-        text.putChars( chs, run );
-        text.need( smallRoom );
-        chs += run;
-        if ( chs == end )
-            break;
-        putEscape( *chs++ );
+        QV_INT length = std::min<QV_INT>( end - chs, pieceLength );
+        at = text.reserve( at, length * widest + smallRoom );
+        at = putEscaped( at, chs, length );
+        chs += length;
     }
-    text.put( '"' );
+    return put( at, '"' );
 }
 
-template <typename UNIT> void Writer<UNIT>::putNumber( QV_JSON_VALUE *val )
+template <typename UNIT> UNIT *Writer<UNIT>::putName( UNIT *at, QV_STRING *name )
 {
-    if ( val->number )
-        text.putChars( qv::stringBacking( val->number ), qv::stringLength( val->number ) );
-    else
-        text.putAscii( val->numberChars, val->numberLength );
-    text.need( smallRoom );
+    at = text.reserve( at, smallRoom + QV___STRING_INLINE );
+    if ( UNIT *behind = putPlainName( at + 1, name ) )
+    {
+        *at = '"';
+        return put( behind, '"' );
+    }
+    return text.reserve( qv___JsonEncodeString( at, name ), smallRoom );
 }
 
-// Writes a scalar or an empty object or array, or begins one with entries.
-template <typename UNIT> void Writer<UNIT>::qv___JsonEncodeValue( QV_JSON_VALUE *val )
+// The text of a number or string in a value's tail.
+template <typename UNIT> UNIT *Writer<UNIT>::putText( UNIT *at, QV_JSON_VALUE *val )
 {
-    text.need( smallRoom );
+    QV_INT length = val->tailLength;
+    at = text.reserve( at, length * widest + smallRoom );
+    if ( val->type == QV_JSON_TYPE_NUMBER )
+        return putWords( at, qv::jsonTail( val ), length );
+    at = put( at, '"' );
+    at = putEscaped( at, qv::jsonTail( val ), length );
+    return put( at, '"' );
+}
+
+// Writes a scalar or an empty object or array, or begins one with entries. There is room for what is short.
+template <typename UNIT> UNIT *Writer<UNIT>::qv___JsonEncodeValue( UNIT *at, QV_JSON_VALUE *val )
+{
     switch ( val->type )
     {
     case QV_JSON_TYPE_NULL:
-        text.putLiteral( "null" );
-        return;
+        return putLiteral( at, "null" );
     case QV_JSON_TYPE_FALSE:
-        text.putLiteral( "false" );
-        return;
+        return putLiteral( at, "false" );
     case QV_JSON_TYPE_TRUE:
-        text.putLiteral( "true" );
-        return;
+        return putLiteral( at, "true" );
     case QV_JSON_TYPE_NUMBER:
-        putNumber( val );
-        return;
+        if ( !val->isHeld )
+            return putText( at, val );
+        at = text.reserve( at, qv::stringLength( val->text ) * widest + smallRoom );
+        return putRun( at, qv::stringBacking( val->text ), qv::stringLength( val->text ) );
     case QV_JSON_TYPE_STRING:
-        qv___JsonEncodeString( val->string );
-        return;
+        return val->isHeld ? qv___JsonEncodeString( at, val->text ) : putText( at, val );
     default:
-        open( val );
+        return open( at, val );
     }
 }
 
-template <typename UNIT> void Writer<UNIT>::open( QV_JSON_VALUE *val )
+template <typename UNIT> UNIT *Writer<UNIT>::open( UNIT *at, QV_JSON_VALUE *val )
 {
     bool isObject = val->type == QV_JSON_TYPE_OBJECT;
     QV_INT length = qv::jsonLength( val );
-    text.put( isObject ? '{' : '[' );
+    at = put( at, isObject ? '{' : '[' );
     if ( length == 0 )
-    {
-        text.put( isObject ? '}' : ']' );
-        return;
-    }
+        return put( at, isObject ? '}' : ']' );
     frames_.push( { val, 0, length } );
+    for ( QV_INT idx = 0; idx < fetchAhead; idx++ )
+    {
+        fetchEntry( &frames_.top(), idx );
+    }
+    return at;
 }
 
 // Ends the innermost object or array.
-template <typename UNIT> void Writer<UNIT>::close()
+template <typename UNIT> UNIT *Writer<UNIT>::close( UNIT *at )
 {
     bool isObject = frames_.pop().val->type == QV_JSON_TYPE_OBJECT;
-    text.need( smallRoom );
-    qv___JsonEncodeNext( frames_.depth() );
-    text.put( isObject ? '}' : ']' );
+    at = qv___JsonEncodeNext( at, frames_.depth() );
+    return put( at, isObject ? '}' : ']' );
 }
 
 // Writes the next member or element of the innermost object or array.
-template <typename UNIT> void Writer<UNIT>::putNextEntry()
+template <typename UNIT> UNIT *Writer<UNIT>::putNextEntry( UNIT *at )
 {
     Frame *frame = &frames_.top();
     QV_INT idx = frame->next++;
-    text.need( smallRoom );
+    fetchEntry( frame, idx + fetchAhead );
+    at = text.reserve( at, smallRoom );
     if ( idx > 0 )
-        text.put( ',' );
-    qv___JsonEncodeNext( frames_.depth() );
+        at = put( at, ',' );
+    at = qv___JsonEncodeNext( at, frames_.depth() );
     if ( frame->val->type == QV_JSON_TYPE_ARRAY )
-    {
-        qv___JsonEncodeValue( qv::jsonItemAt( frame->val, idx ) );
-        return;
-    }
-    qv___JsonEncodeString( qv::jsonNameAt( frame->val, idx ) );
-    text.put( ':' );
+        return qv___JsonEncodeValue( at, qv::jsonItemAt( frame->val, idx ) );
+    at = putName( at, qv::jsonNameAt( frame->val, idx ) );
+    at = put( at, ':' );
     if ( !layout_.packed )
-        text.put( ' ' );
-    qv___JsonEncodeValue( qv::jsonMemberAt( frame->val, idx ) );
+        at = put( at, ' ' );
+    return qv___JsonEncodeValue( at, qv::jsonMemberAt( frame->val, idx ) );
 }
 
-template <typename UNIT> void Writer<UNIT>::write( QV_JSON_VALUE *root )
+template <typename UNIT> UNIT *Writer<UNIT>::write( QV_JSON_VALUE *root )
 {
-    qv___JsonEncodeValue( root );
+    UNIT *at = qv___JsonEncodeValue( text.reserve( nullptr, smallRoom ), root );
     while ( !frames_.isEmpty() )
     {
         const Frame &frame = frames_.top();
-        if ( frame.next < frame.length )
-            putNextEntry();
-        else
-            close();
+        at = frame.next < frame.length ? putNextEntry( at ) : close( at );
     }
-    if ( !layout_.singleLine )
-        text.putChars( layout_.nlf.chars, layout_.nlf.length );
+    return layout_.singleLine ? at : qv___JsonEncodeNext( at, 0 );
 }
 
 QV_BUFFER *encodeToUtf8( QV_JSON_VALUE *val, const Layout &layout )
 {
     Writer<unsigned char> writer( layout );
-    writer.write( val );
-    QV_INT length = writer.text.length();
-    return qvBufferCreateFromBytesUse( writer.text.give(), length );
+    const unsigned char *end = writer.write( val );
+    QV_INT length = writer.text.lengthTo( end );
+    return qvBufferCreateFromBytesUse( writer.text.give( end ), length );
 }
 
 QV_STRING *encodeToString( QV_JSON_VALUE *val, const Layout &layout )
 {
     Writer<QV_CHAR> writer( layout );
-    writer.write( val );
-    QV_INT length = writer.text.length();
+    const QV_CHAR *end = writer.write( val );
+    QV_INT length = writer.text.lengthTo( end );
     if ( length > QV___STRING_INLINE )
-        return qvStringCreateFromCharsUse( writer.text.give(), length );
+        return qvStringCreateFromCharsUse( writer.text.give( end ), length );
     return qvStringCreateFromCharsCopy( writer.text.units(), length );
 }
 

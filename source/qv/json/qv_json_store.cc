@@ -32,17 +32,9 @@ void open( Frames<SOURCE> *frames, SOURCE *source, QV_INT length, QV_INT room, b
 {
     Frame<SOURCE> frame = { source, 0, length, nullptr, nullptr, 0 };
     if ( isArray )
-    {
-        frame.vec = room > 0 ? qv::vectorCreateFresh() : qvVectorCreate();
-        if ( room > 0 )
-            qv___VectorMakeRoom( frame.vec, 0, room );
-    }
+        frame.vec = room > 0 ? qv::vectorCreateUnfilled( room ) : qvVectorCreate();
     else
-    {
-        frame.dict = room > 0 ? qv::dictCreateFresh() : qvDictCreate();
-        if ( room > 0 )
-            qv___DictMakeRoom( frame.dict, 0, room );
-    }
+        frame.dict = room > 0 ? qv::dictCreateUnfilled( room ) : qvDictCreate();
     frames->push( frame );
 }
 
@@ -81,8 +73,10 @@ QV_JSON_VALUE *closeStore( StoreFrames *frames )
 {
     Frame<QV_STORE> frame = frames->pop();
     QV_JSON_VALUE *val = qv::jsonCreate( frame.vec ? QV_JSON_TYPE_ARRAY : QV_JSON_TYPE_OBJECT );
-    val->objectMembers = frame.dict;
-    val->array = frame.vec;
+    if ( frame.vec )
+        val->array = frame.vec;
+    else
+        val->objectMembers = frame.dict;
     return locatedAt( val, frame.source->location );
 }
 
@@ -204,14 +198,14 @@ QV___STORE_VALUE *qv___JsonConvertValueToStoreValue( QV_JSON_VALUE *value )
         break;
     case QV_JSON_TYPE_NUMBER:
         if ( value->valueIsInt )
-            converted = qv___StoreValueCreateInt( value->valueInt );
+            converted = qv___StoreValueCreateInt( qvJsonValueInt( value ) );
         else if ( value->valueIsReal )
-            converted = qv___StoreValueCreateReal( value->valueReal );
+            converted = qv___StoreValueCreateReal( qvJsonValueReal( value ) );
         else
             converted = qv::storeValueFromParts( qvJsonValueNumber( value ), 0, nullptr );
         break;
     default:
-        converted = qv___StoreValueCreate( value->string );
+        converted = qv::storeValueFromParts( qvJsonValueString( value ), 0, nullptr );
     }
     if ( value->location )
         qv___StoreValueSetLocation( &converted, value->location );

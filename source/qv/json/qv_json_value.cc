@@ -5,9 +5,12 @@
 #include <qv/base/qv_release.hh>
 #include <qv/io/qv_location.h>
 #include <qv/json/qv_json_decode.hh>
+#include <qv/json/qv_json_text.hh>
+#include <qv/runtime/qv_local.hh>
 #include <qv/sys/qv_chars.h>
 #include <qv/sys/qv_real.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -28,33 +31,22 @@ constexpr qv::EnumName typeNames[] = {
     { QV_JSON_TYPE_ARRAY, "QV_JSON_TYPE_ARRAY" },
 };
 
-// Digits up to which a whole number is exact as an integer and as a real.
+// Digits up to which a whole number is exact as an integer and as a real, and the first number with more.
 constexpr QV_INT exactDigits = 15;
+constexpr QV_INT exactLimit = 1000000000000000;
+
+qv___JsonReading *readingOf( QV_JSON_VALUE *val )
+{
+    return val->isHeld ? reinterpret_cast<qv___JsonReading *>( qv::jsonTail( val ) ) : &val->reading;
+}
 
 bool isDigit( QV_CHAR ch )
 {
     return ch - '0' < 10;
 }
 
-const QV_CHAR *skipDigits( const QV_CHAR *chs, const QV_CHAR *end )
-{
-    while ( chs < end && isDigit( *chs ) )
-    {
-        chs++;
-    }
-    return chs;
-}
-
-// The end of a fraction or exponent whose digits begin at chs, or where it would have begun without any digit.
-const QV_CHAR *skipPart( const QV_CHAR *begin, const QV_CHAR *chs, const QV_CHAR *end, bool *isNumber )
-{
-    const QV_CHAR *behind = skipDigits( chs, end );
-    *isNumber = behind > chs;
-    return *isNumber ? behind : begin;
-}
-
 // Both readings of a text of few digits, with "-" in front or not.
-bool readExactInt( QV_JSON_VALUE *val, const QV_CHAR *chs, QV_INT length )
+template <typename UNIT> bool readExactInt( QV_JSON_VALUE *val, const UNIT *chs, QV_INT length )
 {
     QV_INT first = chs[0] == '-' ? 1 : 0;
     if ( length - first > exactDigits )
@@ -66,45 +58,42 @@ bool readExactInt( QV_JSON_VALUE *val, const QV_CHAR *chs, QV_INT length )
             return false;
         value = value * 10 + static_cast<QV_INT>( chs[idx] - '0' );
     }
-    val->valueInt = first == 1 ? -value : value;
-    val->valueReal = static_cast<double>( val->valueInt );
-    val->valueIsInt = QV_TRUE;
-    val->valueIsReal = QV_TRUE;
+    val->valueIsInt = true;
+    val->valueIsReal = true;
+    readingOf( val )->integer = first == 1 ? -value : value;
     return true;
 }
 
+// The readings of any text. Of two, the integer is kept, and the real is read again when it is asked for.
 void readNumber( QV_JSON_VALUE *val, const QV_CHAR *chs, QV_INT length )
 {
-    if ( readExactInt( val, chs, length ) )
-        return;
     QV_INT consumed = 0;
     QV_INT integer = 0;
-    if ( qvFormatTryDecodeIntChars( chs, length, 10, &integer, &consumed ) && consumed == length )
-    {
-        val->valueIsInt = QV_TRUE;
-        val->valueInt = integer;
-    }
+    val->valueIsInt = qvFormatTryDecodeIntChars( chs, length, 10, &integer, &consumed ) && consumed == length;
     double real = 0.0;
-    if ( qvFormatTryDecodeRealChars( chs, length, 10, &real, &consumed ) && consumed == length )
-    {
-        val->valueIsReal = QV_TRUE;
-        val->valueReal = real;
-    }
+    val->valueIsReal = qvFormatTryDecodeRealChars( chs, length, 10, &real, &consumed ) && consumed == length;
+    if ( val->valueIsInt )
+        readingOf( val )->integer = integer;
+    else if ( val->valueIsReal )
+        readingOf( val )->real = real;
 }
 
-// The text without its readings. given, which may be null, is a string with that text.
-void keepNumberText( QV_JSON_VALUE *val, const QV_CHAR *chs, QV_INT length, QV_STRING *given )
+// The text without its readings. given is a string with that text.
+void keepNumberText( QV_JSON_VALUE *val, QV_STRING *given )
 {
-    if ( length > QV___JSON_NUMBER_INLINE )
+    const QV_CHAR *chs = qv::stringBacking( given );
+    QV_INT length = qv::stringLength( given );
+    val->isHeld = length > qv::jsonTailRoom( val );
+    if ( val->isHeld )
     {
-        val->number = given ? qv::retained( given ) : qvStringCreateFromCharsCopy( chs, length );
+        val->text = qv::retained( given );
         return;
     }
+    unsigned char *tail = qv::jsonTakeTail( val, length );
     for ( QV_INT idx = 0; idx < length; idx++ )
     {
-        val->numberChars[idx] = static_cast<unsigned char>( chs[idx] );
+        tail[idx] = static_cast<unsigned char>( chs[idx] );
     }
-    val->numberLength = static_cast<unsigned char>( length );
 }
 
 // The text of a finite real. The digits of one beyond exact integers may begin with a zero that the grammar of numbers
@@ -121,6 +110,42 @@ QV_STRING *realText( double value )
     }
     if ( zeros > 0 )
         qvStringDelInner( &text, first, zeros );
+    return text;
+}
+
+// A new value with room for textLength bytes of text.
+QV_JSON_VALUE *createSized( QV_INT tp, QV_INT textLength )
+{
+    QV_INT room = textLength > QV___JSON_TAIL_MIN ? ( textLength + 7 ) & ~7 : QV___JSON_TAIL_MIN;
+    auto *val = static_cast<QV_JSON_VALUE *>(
+        qv___ObjCreate( static_cast<QV_INT>( sizeof( QV_JSON_VALUE ) ) + room, &qv___sort_QV_JSON_VALUE ) );
+    val->type = static_cast<uint8_t>( tp );
+    val->isHeld = false;
+    val->valueIsInt = false;
+    val->valueIsReal = false;
+    val->tailLength = 0;
+    val->reading = { 0 };
+    val->location = nullptr;
+    return val;
+}
+
+// The object that a value holds, null if there is none.
+qvObj contentOf( const QV_JSON_VALUE *val )
+{
+    if ( val->type == QV_JSON_TYPE_OBJECT )
+        return val->objectMembers;
+    if ( val->type == QV_JSON_TYPE_ARRAY )
+        return val->array;
+    return val->isHeld ? val->text : nullptr;
+}
+
+// The characters of a text in the tail.
+QV_STRING *tailText( QV_JSON_VALUE *val )
+{
+    const unsigned char *bytes = qv::jsonTail( val );
+    QV_INT length = qv::jsonUtf8Chars( bytes, val->tailLength );
+    QV_STRING *text = qv::stringCreateUnfilled( length );
+    qv::jsonDecodeUtf8( bytes, val->tailLength, qv::stringBacking( text ) );
     return text;
 }
 
@@ -149,26 +174,7 @@ QV_STRING *qvJsonTypeToString( QV_JSON_TYPE tp )
 
 QV_INT qv___JsonSkipNumber( const QV_CHAR *chs, QV_INT length )
 {
-    const QV_CHAR *end = chs + length;
-    const QV_CHAR *at = chs;
-    if ( at < end && *at == '-' )
-        at++;
-    if ( at == end || !isDigit( *at ) )
-        return 0;
-    at = *at == '0' ? at + 1 : skipDigits( at, end );
-
-    // A part that lacks its digits isn't there, and without a fraction there still may be an exponent.
-    bool isNumber = true;
-    if ( at < end && *at == '.' )
-        at = skipPart( at, at + 1, end, &isNumber );
-    if ( isNumber && at < end && ( *at | 0x20 ) == 'e' )
-    {
-        const QV_CHAR *digits = at + 1;
-        if ( digits < end && ( *digits == '+' || *digits == '-' ) )
-            digits++;
-        at = skipPart( at, digits, end, &isNumber );
-    }
-    return at - chs;
+    return qv::jsonSkipNumber( chs, length );
 }
 
 QV_BOOL qvJsonValidateNumber( QV_STRING *string )
@@ -191,40 +197,52 @@ QV_BOOL qvJsonValidateMemberName( QV_STRING *string )
 
 // ---- Creating ----
 
-QV_JSON_VALUE *qv::jsonCreate( QV_JSON_TYPE tp )
+QV_JSON_VALUE *qv::jsonCreate( QV_JSON_TYPE tp, QV_INT textLength )
 {
-    auto *val = create<QV_JSON_VALUE>( &qv___sort_QV_JSON_VALUE );
-    val->type = tp;
-    val->number = nullptr;
-    val->string = nullptr;
-    val->objectMembers = nullptr;
-    val->array = nullptr;
-    val->valueIsInt = QV_FALSE;
-    val->valueIsReal = QV_FALSE;
-    val->valueInt = 0;
-    val->valueReal = 0.0;
-    val->location = nullptr;
-    val->numberLength = 0;
+    return createSized( tp, textLength <= QV___JSON_TAIL_MAX ? textLength : 0 );
+}
+
+QV_JSON_VALUE *qv::jsonCreateNumber( const unsigned char *chs, QV_INT length )
+{
+    if ( length > QV___JSON_TAIL_MAX )
+    {
+        Local<QV_STRING> text( qvStringCreateFromAscii( reinterpret_cast<const char *>( chs ), length ) );
+        return qvJsonValueCreateNumber( text );
+    }
+    QV_JSON_VALUE *val = createSized( QV_JSON_TYPE_NUMBER, length );
+    std::memcpy( jsonTakeTail( val, length ), chs, static_cast<size_t>( length ) );
+    if ( readExactInt( val, chs, length ) )
+        return val;
+    QV_CHAR wide[QV___JSON_TAIL_MAX];
+    std::copy( chs, chs + length, wide );
+    readNumber( val, wide, length );
     return val;
 }
 
-void qv::jsonSetNumberText( QV_JSON_VALUE *val, const QV_CHAR *chs, QV_INT length )
+QV_JSON_VALUE *qv::jsonCreateNumber( const QV_CHAR *chs, QV_INT length )
 {
-    keepNumberText( val, chs, length, nullptr );
-    readNumber( val, chs, length );
+    if ( length > QV___JSON_TAIL_MAX )
+    {
+        Local<QV_STRING> text( qvStringCreateFromCharsCopy( chs, length ) );
+        return qvJsonValueCreateNumber( text );
+    }
+    unsigned char narrow[QV___JSON_TAIL_MAX];
+    std::transform( chs, chs + length, narrow,
+                    []( QV_CHAR ch ) { return static_cast<unsigned char>( ch ); } );
+    return jsonCreateNumber( narrow, length );
 }
 
 void qv___JsonValueFreeFunc( qvObj thisObj )
 {
     QV_JSON_VALUE *val = qvJsonValueFrom( thisObj );
     QV_CHECK( val );
-    qv::releaseOptional( val->number );
-    qv::releaseOptional( val->string );
     if ( qv::jsonIsContainer( val ) )
     {
         qv::NestedRelease nested;
-        nested.release( val->objectMembers ? qv::objOf( val->objectMembers ) : qv::objOf( val->array ) );
+        nested.release( contentOf( val ) );
     }
+    else if ( val->isHeld )
+        qv::release( qv::objOf( val->text ) );
     qv::releaseOptional( val->location );
 }
 
@@ -274,7 +292,8 @@ QV_JSON_VALUE *qvJsonValueCreateString( QV_STRING *jsonString )
     QV_CHECK( jsonString );
     QV_CHECK( qvJsonValidateString( jsonString ) );
     QV_JSON_VALUE *val = qv::jsonCreate( QV_JSON_TYPE_STRING );
-    val->string = qv::retained( jsonString );
+    val->isHeld = true;
+    val->text = qv::retained( jsonString );
     return val;
 }
 
@@ -295,18 +314,21 @@ QV_JSON_VALUE *qvJsonValueCreateArray( void )
 QV_JSON_VALUE *qvJsonValueCreateFrom( QV_JSON_VALUE *source )
 {
     QV_CHECK( source );
-    QV_JSON_VALUE *val = qv::jsonCreate( source->type );
-    val->number = qv::retainedOptional( source->number );
-    val->string = qv::retainedOptional( source->string );
-    val->objectMembers = qv::retainedOptional( source->objectMembers );
-    val->array = qv::retainedOptional( source->array );
+    QV_JSON_VALUE *val = createSized( source->type, source->tailLength );
+    val->isHeld = source->isHeld;
     val->valueIsInt = source->valueIsInt;
     val->valueIsReal = source->valueIsReal;
-    val->valueInt = source->valueInt;
-    val->valueReal = source->valueReal;
+    val->reading = source->reading;
+    if ( qvObj content = contentOf( source ) )
+        qv::retain( content );
+    if ( source->isHeld )
+        *readingOf( val ) = *readingOf( source );
+    if ( source->tailLength > 0 )
+    {
+        unsigned char *tail = qv::jsonTakeTail( val, source->tailLength );
+        std::memcpy( tail, qv::jsonTail( source ), source->tailLength );
+    }
     val->location = qv::retainedOptional( source->location );
-    val->numberLength = source->numberLength;
-    std::memcpy( val->numberChars, source->numberChars, source->numberLength );
     return val;
 }
 
@@ -346,13 +368,13 @@ QV_BOOL qvJsonValueIsNumber( QV_JSON_VALUE *val )
 QV_BOOL qvJsonValueIsInt( QV_JSON_VALUE *val )
 {
     QV_CHECK( val );
-    return val->valueIsInt;
+    return QV_BOOL_FROM( val->valueIsInt );
 }
 
 QV_BOOL qvJsonValueIsReal( QV_JSON_VALUE *val )
 {
     QV_CHECK( val );
-    return val->valueIsReal;
+    return QV_BOOL_FROM( val->valueIsReal );
 }
 
 QV_BOOL qvJsonValueIsString( QV_JSON_VALUE *val )
@@ -379,24 +401,15 @@ void qv___JsonValueSetType( QV_JSON_VALUE **val, QV_JSON_TYPE tp )
     QV_CHECK( QV_JSON_TYPE_OK( tp ) );
     qv::makePrivate( val, qvJsonValueCreateFrom );
     QV_JSON_VALUE *own = *val;
-    QV_STRING *number = own->number;
-    QV_STRING *string = own->string;
-    QV_DICT *objectMembers = own->objectMembers;
-    QV_VECTOR *array = own->array;
-    own->type = tp;
-    own->number = nullptr;
-    own->string = nullptr;
-    own->objectMembers = nullptr;
-    own->array = nullptr;
-    own->valueIsInt = QV_FALSE;
-    own->valueIsReal = QV_FALSE;
-    own->valueInt = 0;
-    own->valueReal = 0.0;
-    own->numberLength = 0;
-    qv::releaseOptional( number );
-    qv::releaseOptional( string );
-    qv::releaseOptional( objectMembers );
-    qv::releaseOptional( array );
+    qvObj content = contentOf( own );
+    own->type = static_cast<uint8_t>( tp );
+    own->isHeld = false;
+    own->valueIsInt = false;
+    own->valueIsReal = false;
+    own->tailLength = 0;
+    own->reading = { 0 };
+    if ( content )
+        qv::release( content );
 }
 
 namespace
@@ -440,10 +453,8 @@ void qvJsonValueSetNumber( QV_JSON_VALUE **val, QV_STRING *jsonNumber )
     // The text may have no other holder than the value.
     qv::Local<QV_STRING> held = qv::Local<QV_STRING>::share( jsonNumber );
     qv___JsonValueSetType( val, QV_JSON_TYPE_NUMBER );
-    const QV_CHAR *chs = qv::stringBacking( jsonNumber );
-    QV_INT length = qv::stringLength( jsonNumber );
-    keepNumberText( *val, chs, length, jsonNumber );
-    readNumber( *val, chs, length );
+    keepNumberText( *val, jsonNumber );
+    readNumber( *val, qv::stringBacking( jsonNumber ), qv::stringLength( jsonNumber ) );
 }
 
 void qvJsonValueSetInt( QV_JSON_VALUE **val, QV_INT value )
@@ -452,9 +463,9 @@ void qvJsonValueSetInt( QV_JSON_VALUE **val, QV_INT value )
     QV_CHECK( *val );
     qv::Local<QV_STRING> text( qvFormatEncodeInt( value, 10, 1, 0 ) );
     qv___JsonValueSetType( val, QV_JSON_TYPE_NUMBER );
-    keepNumberText( *val, qv::stringBacking( text ), qv::stringLength( text ), text );
-    ( *val )->valueIsInt = QV_TRUE;
-    ( *val )->valueInt = value;
+    keepNumberText( *val, text );
+    ( *val )->valueIsInt = true;
+    readingOf( *val )->integer = value;
 }
 
 void qvJsonValueSetReal( QV_JSON_VALUE **val, double value )
@@ -464,9 +475,9 @@ void qvJsonValueSetReal( QV_JSON_VALUE **val, double value )
     QV_CHECK( std::isfinite( value ) );
     qv::Local<QV_STRING> text( realText( value ) );
     qv___JsonValueSetType( val, QV_JSON_TYPE_NUMBER );
-    keepNumberText( *val, qv::stringBacking( text ), qv::stringLength( text ), text );
-    ( *val )->valueIsReal = QV_TRUE;
-    ( *val )->valueReal = value;
+    keepNumberText( *val, text );
+    ( *val )->valueIsReal = true;
+    readingOf( *val )->real = value;
 }
 
 void qvJsonValueSetString( QV_JSON_VALUE **val, QV_STRING *jsonString )
@@ -477,7 +488,8 @@ void qvJsonValueSetString( QV_JSON_VALUE **val, QV_STRING *jsonString )
     QV_CHECK( qvJsonValidateString( jsonString ) );
     qv::Local<QV_STRING> held = qv::Local<QV_STRING>::share( jsonString );
     qv___JsonValueSetType( val, QV_JSON_TYPE_STRING );
-    ( *val )->string = held.give();
+    ( *val )->isHeld = true;
+    ( *val )->text = held.give();
 }
 
 void qvJsonValueSetObject( QV_JSON_VALUE **val )
@@ -504,35 +516,36 @@ QV_BOOL qvJsonValueBool( QV_JSON_VALUE *val )
 QV_STRING *qvJsonValueNumber( QV_JSON_VALUE *val )
 {
     checkType( val, QV_JSON_TYPE_NUMBER );
-    if ( val->number )
-        return qv::retained( val->number );
-    QV_STRING *text = qv::stringCreateUnfilled( val->numberLength );
-    QV_CHAR *chs = qv::stringBacking( text );
-    for ( QV_INT idx = 0; idx < val->numberLength; idx++ )
-    {
-        chs[idx] = val->numberChars[idx];
-    }
-    return text;
+    return val->isHeld ? qv::retained( val->text ) : tailText( val );
 }
 
 QV_INT qvJsonValueInt( QV_JSON_VALUE *val )
 {
     QV_CHECK( val );
     QV_CHECK( val->valueIsInt );
-    return val->valueInt;
+    return readingOf( val )->integer;
 }
 
 double qvJsonValueReal( QV_JSON_VALUE *val )
 {
     QV_CHECK( val );
     QV_CHECK( val->valueIsReal );
-    return val->valueReal;
+    if ( !val->valueIsInt )
+        return readingOf( val )->real;
+    QV_INT integer = readingOf( val )->integer;
+    if ( integer > -exactLimit && integer < exactLimit )
+        return static_cast<double>( integer );
+    qv::Local<QV_STRING> text( qvJsonValueNumber( val ) );
+    double real = 0.0;
+    QV_INT consumed;
+    qvFormatTryDecodeRealChars( qv::stringBacking( text ), qv::stringLength( text ), 10, &real, &consumed );
+    return real;
 }
 
 QV_STRING *qvJsonValueString( QV_JSON_VALUE *val )
 {
     checkType( val, QV_JSON_TYPE_STRING );
-    return qv::retained( val->string );
+    return val->isHeld ? qv::retained( val->text ) : tailText( val );
 }
 
 // ---- Location ----

@@ -9,27 +9,39 @@
 #include <qv/json/qv_json_value.h>
 #include <qv/runtime/qv_obj.hh>
 
-// Characters of a number that stand in the record itself. Nearly all numbers are that short; a string for each would
-// make them three times as large.
-#define QV___JSON_NUMBER_INLINE 24
+#include <cstring>
 
-// Invariant: only the fields of the type are set, the other handles are null and the other readings false and 0. The
-// text of a number is valid; it stands in numberChars while numberLength is above 0, in number otherwise. All of
-// objectMembers' keys are strings, and all of its values and of array's items JSON values.
+// Bytes behind the fields of every record, and the longest text that a record is made large enough for. Most numbers and
+// many strings fit the first, where a string object for each would make them four times as large; long texts are better
+// off as objects, which are handed out without a copy.
+#define QV___JSON_TAIL_MIN 24
+#define QV___JSON_TAIL_MAX 384
+
+// What a number reads as; the flags of the record tell which.
+union qv___JsonReading
+{
+    QV_INT integer;
+    double real;
+};
+
+// The text of a number or string stands in the record's tail, as UTF-8 in which surrogates may be, or in a string object.
+// Invariant: only the fields of the type are set; handles of other types are null and their readings false and 0. The text
+// of a number is valid. All of objectMembers' keys are strings, and all of its values and of array's items JSON values.
 struct qv___JsonValue : qv___Obj
 {
-    QV_JSON_TYPE type;
-    QV_STRING *number;
-    QV_STRING *string;
-    QV_DICT *objectMembers;
-    QV_VECTOR *array;
-    QV_BOOL valueIsInt;
-    QV_BOOL valueIsReal;
-    QV_INT valueInt;
-    double valueReal;
+    uint8_t type;
+    bool isHeld; // the text is in text, and a number's reading in the tail
+    bool valueIsInt;
+    bool valueIsReal;
+    uint32_t tailLength; // bytes of a text in the tail
+    union
+    {
+        QV_STRING *text; // of a held number or string
+        QV_DICT *objectMembers;
+        QV_VECTOR *array;
+        qv___JsonReading reading; // of a number that isn't held
+    };
     QV_LOCATION *location; // may be null
-    unsigned char numberLength;
-    unsigned char numberChars[QV___JSON_NUMBER_INLINE];
 };
 
 extern QV_ENUM *qv___JsonTypeEnum;
@@ -59,11 +71,33 @@ extern qv___Sort qv___sort_QV_JSON_VALUE;
 namespace qv
 {
 
-// A new value of a type with nothing else set.
-QV_JSON_VALUE *jsonCreate( QV_JSON_TYPE tp );
+// A new value of a type with nothing else set, and with room in its tail for textLength bytes if that isn't above the
+// longest.
+QV_JSON_VALUE *jsonCreate( QV_JSON_TYPE tp, QV_INT textLength = 0 );
 
-// Gives a fresh value of type number its text, which is valid, and the readings of that.
-void jsonSetNumberText( QV_JSON_VALUE *val, const QV_CHAR *chs, QV_INT length );
+// A new number of a valid text with the readings of that.
+QV_JSON_VALUE *jsonCreateNumber( const QV_CHAR *chs, QV_INT length );
+QV_JSON_VALUE *jsonCreateNumber( const unsigned char *chs, QV_INT length );
+
+// Bytes that the tail has room for, a multiple of 8. Those behind a text's last one are 0 up to the next multiple.
+inline QV_INT jsonTailRoom( const QV_JSON_VALUE *val )
+{
+    return val->dbgObjectSize - static_cast<QV_INT>( sizeof( QV_JSON_VALUE ) );
+}
+
+inline unsigned char *jsonTail( QV_JSON_VALUE *val )
+{
+    return reinterpret_cast<unsigned char *>( val + 1 );
+}
+
+// Takes the room for a text of length bytes, which the caller fills in at once.
+inline unsigned char *jsonTakeTail( QV_JSON_VALUE *val, QV_INT length )
+{
+    unsigned char *tail = jsonTail( val );
+    val->tailLength = static_cast<uint32_t>( length );
+    std::memset( tail + ( length & ~7 ), 0, length & 7 ? 8 : 0 );
+    return tail;
+}
 
 inline QV_JSON_VALUE *jsonFrom( qvObj obj )
 {

@@ -41,6 +41,10 @@ constexpr uint32_t allSlabs = ~0u >> ( 32 - slabsPerChunk );
 // Unused chunks go back to the system when there are more than this and more than a quarter of all.
 constexpr uint32_t keptChunks = 16;
 
+// Chunks on small pages, which take no more memory than they are used for. Those behind them are asked to stand on huge
+// pages: walking a tree of so many records costs more for translating addresses than for anything else.
+constexpr uint32_t smallPageChunks = 4;
+
 // A free block, linked through its first word.
 struct Block
 {
@@ -159,8 +163,7 @@ void touchRest( Slab *slab )
 Slab *addChunk()
 {
     auto *chunk = static_cast<Slab *>( mapChunk() );
-    if ( pool.chunkCount == 0 )
-        madvise( chunk, chunkSize, MADV_NOHUGEPAGE );
+    madvise( chunk, chunkSize, pool.chunkCount < smallPageChunks ? MADV_NOHUGEPAGE : MADV_HUGEPAGE );
     chunk->freeSlabs = allSlabs;
     chunk->untouchedSlabs = allSlabs;
     chunk->nextChunk = pool.chunks;
