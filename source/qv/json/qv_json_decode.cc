@@ -120,10 +120,15 @@ template <typename UNIT> class NameCache
     // A reference to a string with this text.
     QV_STRING *get( const UNIT *units, QV_INT length, uint32_t hash )
     {
-        Slot *slot = &slots_[hash % slotCount];
-        if ( slot->name && slot->hash == hash && slot->length == length &&
-             std::memcmp( slot->units, units, static_cast<size_t>( length ) * sizeof( UNIT ) ) == 0 )
-            return qv::retained( slot->name );
+        // Each name has two places to be at.
+        Slot *places[] = { &slots_[hash % slotCount], &slots_[hash / slotCount % slotCount] };
+        for ( Slot *slot : places )
+        {
+            if ( slot->name && slot->hash == hash && slot->length == length &&
+                 std::memcmp( slot->units, units, static_cast<size_t>( length ) * sizeof( UNIT ) ) == 0 )
+                return qv::retained( slot->name );
+        }
+        Slot *slot = places[places[0]->name ? 1 : 0];
         QV_STRING *name = qv::stringCreateUnfilled( charsOf( units, length ) );
         putRun( qv::stringBacking( name ), units, length );
         if ( length <= longest )

@@ -4,6 +4,7 @@
 #include "json/support.hh"
 #include "support/small_stack.hh"
 
+#include <qv/charset/qv_charset.h>
 #include <qv/io/qv_message.h>
 #include <qv/json/qv_json_options.h>
 #include <qv/unicode/qv_unicode_lookups.h>
@@ -258,6 +259,57 @@ TEST( JsonDecode, BytesAndCharsets )
         qvJsonDecodeWithOptions( test::bytes( "\"\xE9\"" ), options, nullptr ) );
     EXPECT_EQ( packed( Json( qvJsonDecodeResultValue( latin ) ) ), "\"\xC3\xA9\"" );
     EXPECT_EQ( packed( json( "\xEF\xBB\xBF[]" ) ), "[]" );
+}
+
+// Packed text of the value, or the code of the error.
+std::string codeOrText( QV_JSON_DECODE_RESULT *result )
+{
+    Json val( qvJsonDecodeResultValue( result ) );
+    if ( val )
+        return packed( val );
+    return std::to_string(
+        qvJsonDecodeErrorCode( Local<QV_JSON_DECODE_ERROR>( qvJsonDecodeResultError( result ) ) ) );
+}
+
+// The same by way of a string, whatever the bytes are.
+std::string decodedByString( QV_BUFFER *content, QV_JSON_OPTIONS *options )
+{
+    Local<QV_STRING> chars( qvCharsetTryConvertBufferToStringWithFlags(
+        QV_CHARSET_UTF_8, content, QV_CHARSET_FLAG_ABORT_ON_INVALID_CHARACTER ) );
+    if ( !chars )
+        return std::to_string( QV_JSON_DECODE_ERROR_CODE_CHARSET );
+    return codeOrText(
+        Local<QV_JSON_DECODE_RESULT>( qvJsonDecodeStringWithOptions( chars, options, nullptr ) ) );
+}
+
+TEST( JsonDecode, BytesReadAsTheirCharacters )
+{
+    std::string longText( 380, 'x' );
+    const std::string contents[] = {
+        "[\"\xC0\xA2,\"]", // a quote in a form that is too long
+        "\"\xE0\x80\xA2\"",
+        "\"\xED\xA0\x80\\uDC00\"",
+        "\"\xF4\x90\x80\x80\"",
+        "\"\xF0\x80\x80\xA2\"",
+        "\"\xC3\"",
+        "\xEF\xBB\xBF[]",
+        "[\xEF\xBB\xBF]",
+        "\xC3\xA9",
+        "{\"\xC3\xA9\":1,\"\\u00E9\":2}",
+        "{\"a\":1,\"\\u0061\":2}",
+        "{\"" + longText + "\\n\":\"" + longText + "\xF0\x9F\x98\x80\"}",
+        "{\"" + longText + "\\u20AC\":\"" + longText + "12345\"}",
+        "[\"\\u0000\\u001F\\uFFFF 1234567\\\"89\"," + std::string( 300, '7' ) + ",-" +
+            std::string( 500, '7' ) + ".25]",
+        "[12345678\"]",
+        "[\"1234567\n\"]",
+    };
+    for ( const std::string &content : contents )
+    {
+        Local<QV_BUFFER> buffer = test::bytes( content );
+        Local<QV_JSON_DECODE_RESULT> result( qvJsonDecode( buffer, nullptr ) );
+        EXPECT_EQ( codeOrText( result ), decodedByString( buffer, optionsOf( 0 ) ) ) << content;
+    }
 }
 
 TEST( JsonDecode, CodesHaveNamesAndTexts )
@@ -554,6 +606,10 @@ TEST( JsonDecode, MutatedDocumentsAgainstThePlainReading )
         std::string shown = takeUtf8( qvStringCreateFromCharsCopy(
             reinterpret_cast<const QV_CHAR *>( content.data() ), static_cast<QV_INT>( content.size() ) ) );
         ASSERT_EQ( qvJsonDecodeResultIsSuccess( result ), expected ) << shown;
+        Local<QV_BUFFER> buffer = test::bytes( shown );
+        Local<QV_JSON_OPTIONS> unlocated = optionsOf( flags, maxDepth );
+        Local<QV_JSON_DECODE_RESULT> fromBytes( qvJsonDecodeWithOptions( buffer, unlocated, nullptr ) );
+        ASSERT_EQ( codeOrText( fromBytes ), decodedByString( buffer, unlocated ) ) << shown;
         if ( expected )
             continue;
         Local<QV_JSON_DECODE_ERROR> error( qvJsonDecodeResultError( result ) );

@@ -99,7 +99,8 @@ bool isSame( QV_JSON_VALUE *val, const Peer &peer )
     case QV_JSON_TYPE_NUMBER:
         return peer.is_number() && isSameNumber( val, peer );
     case QV_JSON_TYPE_STRING:
-        return peer.is_string() && unitsOf( val->string ) == unitsOf( text( peer.get<std::string>() ) );
+        return peer.is_string() && unitsOf( Local<QV_STRING>( qvJsonValueString( val ) ) ) ==
+                                       unitsOf( text( peer.get<std::string>() ) );
     case QV_JSON_TYPE_OBJECT:
         return peer.is_object() && isSameObject( val, peer );
     default:
@@ -152,7 +153,7 @@ enum Difference
 Difference refusedByPeer( QV_JSON_VALUE *val )
 {
     if ( val->type == QV_JSON_TYPE_STRING )
-        return hasLoneSurrogate( val->string ) ? loneSurrogate : differences;
+        return hasLoneSurrogate( Local<QV_STRING>( qvJsonValueString( val ) ) ) ? loneSurrogate : differences;
     if ( val->type == QV_JSON_TYPE_NUMBER )
         return std::isinf( std::strtod( takeUtf8( qvJsonValueNumber( val ) ).c_str(), nullptr ) )
                    ? largeNumber

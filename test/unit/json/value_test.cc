@@ -372,4 +372,40 @@ TEST( JsonValueDeathTest, FaultsOfCallers )
     EXPECT_DEATH( qvJsonValueArraySetVector( array.edit(), vec ), "qvVectorContainsOnly" );
 }
 
+// What the decoder makes has records of just their size.
+TEST( JsonValue, DecodedValuesAreEdited )
+{
+    Json val = json( "{\"a\":[1,2,3],\"b\":{\"c\":null,\"d\":false},\"e\":\"x\"}" );
+    Json array( qvJsonValueObjectMember( val, text( "a" ) ) );
+    Json object( qvJsonValueObjectMember( val, text( "b" ) ) );
+    Json scalar( qvJsonValueObjectMember( val, text( "e" ) ) );
+    val.take( nullptr );
+    for ( QV_INT idx = 0; idx < 300; idx++ )
+    {
+        Json item( qvJsonValueCreateInt( idx ) );
+        Local<QV_STRING> name( qvStringCreateFromFormatCstr( "n%i", -1, idx ) );
+        qvJsonValueArrayAppend( array.edit(), item );
+        qvJsonValueObjectSetMember( object.edit(), name, item );
+    }
+    for ( QV_INT idx = 299; idx >= 0; idx-- )
+    {
+        Local<QV_STRING> name( qvStringCreateFromFormatCstr( "n%i", -1, idx ) );
+        qvJsonValueArrayDelAt( array.edit(), idx + 3 );
+        qvJsonValueObjectDelMember( object.edit(), name );
+    }
+    EXPECT_EQ( packed( array ), "[1,2,3]" );
+    EXPECT_EQ( packed( object ), "{\"c\":null,\"d\":false}" );
+
+    for ( double real : { 1e300, -0.25 } )
+    {
+        qvJsonValueSetReal( scalar.edit(), real );
+        Json copy( qvJsonValueCreateFrom( scalar ) );
+        EXPECT_EQ( qvJsonValueReal( copy ), real );
+        EXPECT_EQ( packed( copy ), packed( scalar ) );
+    }
+    qvJsonValueSetNumber( scalar.edit(), text( "9007199254740993" ) );
+    EXPECT_EQ( qvJsonValueInt( scalar ), 9007199254740993 );
+    EXPECT_EQ( qvJsonValueReal( scalar ), 9007199254740992.0 );
+}
+
 } // namespace
