@@ -254,17 +254,33 @@ struct Frame
     QV_INT length;
 };
 
-// Entries that are fetched ahead.
+// Large trees don't fit the caches, and their records stand where nothing but the tree itself tells. So what will be written
+// soon is fetched ahead: the records of entries, then the containers of those that have one.
 constexpr QV_INT fetchAhead = 6;
+constexpr QV_INT fetchContentAhead = 2;
 
-// Fetches the record of an entry that will be written soon, as large trees don't fit the caches.
-inline void fetchEntry( const Frame *frame, QV_INT idx )
+const QV_JSON_VALUE *entryAt( const Frame &frame, QV_INT idx )
 {
-    if ( idx >= frame->length )
+    return frame.val->type == QV_JSON_TYPE_ARRAY ? qv::jsonItemAt( frame.val, idx )
+                                                 : qv::jsonMemberAt( frame.val, idx );
+}
+
+void fetchEntry( const Frame &frame, QV_INT idx )
+{
+    if ( idx < frame.length )
+        __builtin_prefetch( &entryAt( frame, idx )->type );
+}
+
+void fetchContent( const Frame &frame, QV_INT idx )
+{
+    if ( idx >= frame.length )
         return;
-    const QV_JSON_VALUE *val = frame->val->type == QV_JSON_TYPE_ARRAY ? qv::jsonItemAt( frame->val, idx )
-                                                                      : qv::jsonMemberAt( frame->val, idx );
-    __builtin_prefetch( &val->type );
+    const QV_JSON_VALUE *val = entryAt( frame, idx );
+    if ( !qv::jsonIsContainer( val ) )
+        return;
+    auto *record = reinterpret_cast<const char *>( val->objectMembers );
+    __builtin_prefetch( record + 64 );
+    __builtin_prefetch( record + 128 );
 }
 
 template <typename UNIT> class Writer
@@ -417,7 +433,7 @@ template <typename UNIT> UNIT *Writer<UNIT>::open( UNIT *at, QV_JSON_VALUE *val 
     frames_.push( { val, 0, length } );
     for ( QV_INT idx = 0; idx < fetchAhead; idx++ )
     {
-        fetchEntry( &frames_.top(), idx );
+        fetchEntry( frames_.top(), idx );
     }
     return at;
 }
@@ -435,7 +451,8 @@ template <typename UNIT> UNIT *Writer<UNIT>::putNextEntry( UNIT *at )
 {
     Frame *frame = &frames_.top();
     QV_INT idx = frame->next++;
-    fetchEntry( frame, idx + fetchAhead );
+    fetchEntry( *frame, idx + fetchAhead );
+    fetchContent( *frame, idx + fetchContentAhead );
     at = text.reserve( at, smallRoom );
     if ( idx > 0 )
         at = put( at, ',' );
