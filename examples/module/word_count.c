@@ -169,7 +169,8 @@ static QV_BOOL addFile( WORD_COUNT **count, QV_STRING *name )
 {
     QV_PATH *path = qvPathTryDecode( name );
     QV_LINE_SOURCE *lines =
-        path ? qvPathFileOpenLineSource( path, QV_CHARSET_UTF_8, 0, QV_NLF_FLAG_LF | QV_NLF_FLAG_CRLF ) : NULL;
+        path ? qvPathFileOpenLineSource( path, QV_CHARSET_UTF_8, 0, QV_NLF_FLAG_LF | QV_NLF_FLAG_CRLF )
+             : NULL;
     QV_STRING *line;
     QV_BOOL good = QV_FALSE;
     if ( lines )
