@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <qv/base/qv_buffer.h>
+#include <qv/base/qv_on_demand.hh>
 #include <qv/base/qv_string.h>
 #include <qv/base/qv_vector.h>
 #include <qv/charset/qv_charset.h>
@@ -19,6 +20,8 @@ namespace
 
 constexpr QV_INT allNewLines = 255;
 
+// Read from the system by the first who asks: the files cost more than the start of many another component.
+constinit qv::OnDemand computerInfo = {};
 constinit QV_STRING *qv___RuntimeOperatingSystemInfo = nullptr;
 constinit QV_STRING *qv___RuntimeCpuInfo = nullptr;
 constinit QV_STRING *qv___RuntimeComputerName = nullptr;
@@ -114,10 +117,9 @@ QV_STRING *qv::cpuInfoOfLines( QV_VECTOR *lines, QV_INT coresCount )
     return info;
 }
 
-void qv___RuntimeComputerInfoStartup()
+static void readComputerInfo()
 {
     struct utsname names;
-    qv___RuntimeOperatingSystemInfo = nullptr;
     if ( uname( &names ) == 0 )
     {
         qv___RuntimeOperatingSystemInfo =
@@ -134,10 +136,18 @@ void qv___RuntimeComputerInfoStartup()
     }
 }
 
+void qv___RuntimeComputerInfoStartup()
+{
+    qv___RuntimeOperatingSystemInfo = nullptr;
+    qv___RuntimeCpuInfo = nullptr;
+    computerInfo.startup();
+}
+
 void qv___RuntimeComputerInfoShutdown()
 {
     retireOptional( &qv___RuntimeCpuInfo );
     retireOptional( &qv___RuntimeOperatingSystemInfo );
+    computerInfo.shutdown();
 }
 
 void qv___RuntimeComputerNameStartup()
@@ -155,11 +165,13 @@ void qv___RuntimeComputerNameShutdown()
 
 QV_STRING *qvRuntimeOperatingSystemInfo( void )
 {
+    computerInfo.ensure( readComputerInfo );
     return qv::retainedOptional( qv___RuntimeOperatingSystemInfo );
 }
 
 QV_STRING *qvRuntimeCpuInfo( void )
 {
+    computerInfo.ensure( readComputerInfo );
     return qv::retainedOptional( qv___RuntimeCpuInfo );
 }
 
@@ -170,11 +182,13 @@ QV_STRING *qvRuntimeComputerName( void )
 
 QV_BOOL qvRuntimeHasOperatingSystemInfo( void )
 {
+    computerInfo.ensure( readComputerInfo );
     return QV_BOOL_FROM( qv___RuntimeOperatingSystemInfo );
 }
 
 QV_BOOL qvRuntimeHasCpuInfo( void )
 {
+    computerInfo.ensure( readComputerInfo );
     return QV_BOOL_FROM( qv___RuntimeCpuInfo );
 }
 

@@ -75,12 +75,12 @@ constinit qv::UnicodeNames tags = {};
 
 void qv___UnicodeCdmtStartup()
 {
-    qv::unicodeNamesFill( &tags, namesInOrder );
+    qv::unicodeNamesStartup( &tags, namesInOrder );
 }
 
 void qv___UnicodeCdmtShutdown()
 {
-    qv::unicodeNamesRetire( &tags );
+    qv::unicodeNamesShutdown( &tags );
 }
 
 QV_STRING *qvUnicodeCdmtTag( QV_UNICODE_CDMT cdmt )
@@ -105,10 +105,10 @@ QV_STRING *qvUnicodeCdmtSymName( QV_UNICODE_CDMT cdmt )
 
 QV_UNICODE_CDMT qvUnicodeCdmtFromTag( QV_STRING *text )
 {
-    return qv::unicodeNamesFind( tags, text );
+    return qv::unicodeNamesFind( &tags, text );
 }
 
 QV_UNICODE_CDMT qvUnicodeCdmtFromTagCaseFold( QV_STRING *text )
 {
-    return qv::unicodeNamesFindCaseFold( tags, text );
+    return qv::unicodeNamesFindCaseFold( &tags, text );
 }

@@ -34,13 +34,11 @@ QV_INT findName( QV_DICT *names, QV_STRING *name )
     return value ? qvBoxedIntValue( qvBoxedIntFrom( value ) ) : -1;
 }
 
-} // namespace
-
-void unicodeNamesFill( UnicodeNames *names, std::span<const EnumName> rows )
+void fill( UnicodeNames *names )
 {
     Local<QV_DICT> exact( dictCreateFresh() );
     Local<QV_DICT> folded( dictCreateFresh() );
-    for ( const EnumName &row : rows )
+    for ( const EnumName &row : names->rows )
     {
         Local<QV_BOXED_INT> value( qvBoxedIntCreate( row.value ) );
         Local<QV_STRING> name( qvStringCreateFromCstr( row.name, -1 ) );
@@ -48,27 +46,41 @@ void unicodeNamesFill( UnicodeNames *names, std::span<const EnumName> rows )
         qvStringToCaseFold( name.edit() );
         addName( folded.edit(), name, value );
     }
-    *names = { exact.give(), folded.give() };
+    replaceWith( &names->exact, exact.give() );
+    replaceWith( &names->folded, folded.give() );
 }
 
-void unicodeNamesRetire( UnicodeNames *names )
+} // namespace
+
+void unicodeNamesStartup( UnicodeNames *names, std::span<const EnumName> rows )
+{
+    names->rows = rows;
+    names->filled.startup();
+    names->exact = qvDictCreate();
+    names->folded = qvDictCreate();
+}
+
+void unicodeNamesShutdown( UnicodeNames *names )
 {
     retire( &names->folded );
     retire( &names->exact );
+    names->filled.shutdown();
 }
 
-QV_INT unicodeNamesFind( const UnicodeNames &names, QV_STRING *text )
+QV_INT unicodeNamesFind( UnicodeNames *names, QV_STRING *text )
 {
     QV_CHECK( text );
-    return findName( names.exact, text );
+    names->filled.ensure( [names] { fill( names ); } );
+    return findName( names->exact, text );
 }
 
-QV_INT unicodeNamesFindCaseFold( const UnicodeNames &names, QV_STRING *text )
+QV_INT unicodeNamesFindCaseFold( UnicodeNames *names, QV_STRING *text )
 {
     QV_CHECK( text );
+    names->filled.ensure( [names] { fill( names ); } );
     Local<QV_STRING> name = Local<QV_STRING>::share( text );
     qvStringToCaseFold( name.edit() );
-    return findName( names.folded, name );
+    return findName( names->folded, name );
 }
 
 } // namespace qv

@@ -4,6 +4,7 @@
 // The lookups of classification and normalization. QV_CHAR_OK must hold for every ch.
 
 #include <qv/base/qv_enum.hh>
+#include <qv/base/qv_on_demand.hh>
 #include <qv/unicode/qv_unicode_cccv.h>
 #include <qv/unicode/qv_unicode_cdmt.h>
 #include <qv/unicode/qv_unicode_genc.h>
@@ -93,9 +94,11 @@ namespace qv
 {
 
 // The names of an enumeration's values, from startup to shutdown: strings to boxed integers, as they are spelled and
-// case-folded.
+// case-folded. The first lookup fills them from the rows.
 struct UnicodeNames
 {
+    std::span<const EnumName> rows;
+    OnDemand filled;
     QV_DICT *exact;
     QV_DICT *folded;
 };
@@ -109,12 +112,12 @@ template <size_t COUNT> constexpr std::array<EnumName, COUNT> sortedByName( std:
     return rows;
 }
 
-void unicodeNamesFill( UnicodeNames *names, std::span<const EnumName> rows );
-void unicodeNamesRetire( UnicodeNames *names );
+void unicodeNamesStartup( UnicodeNames *names, std::span<const EnumName> rows );
+void unicodeNamesShutdown( UnicodeNames *names );
 
 // The value with this name, -1 if there is none.
-QV_INT unicodeNamesFind( const UnicodeNames &names, QV_STRING *text );
-QV_INT unicodeNamesFindCaseFold( const UnicodeNames &names, QV_STRING *text );
+QV_INT unicodeNamesFind( UnicodeNames *names, QV_STRING *text );
+QV_INT unicodeNamesFindCaseFold( UnicodeNames *names, QV_STRING *text );
 
 } // namespace qv
 

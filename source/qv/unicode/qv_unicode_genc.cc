@@ -89,12 +89,12 @@ bool isBetween( QV_CHAR ch, QV_UNICODE_GENC first, QV_UNICODE_GENC last )
 
 void qv___UnicodeGencStartup()
 {
-    qv::unicodeNamesFill( &abbreviations, namesInOrder );
+    qv::unicodeNamesStartup( &abbreviations, namesInOrder );
 }
 
 void qv___UnicodeGencShutdown()
 {
-    qv::unicodeNamesRetire( &abbreviations );
+    qv::unicodeNamesShutdown( &abbreviations );
 }
 
 QV_UNICODE_GENC qvUnicodeGenc( QV_CHAR ch )
@@ -312,10 +312,10 @@ QV_STRING *qvUnicodeGencSymName( QV_UNICODE_GENC genc )
 
 QV_UNICODE_GENC qvUnicodeGencFromAbbreviation( QV_STRING *text )
 {
-    return qv::unicodeNamesFind( abbreviations, text );
+    return qv::unicodeNamesFind( &abbreviations, text );
 }
 
 QV_UNICODE_GENC qvUnicodeGencFromAbbreviationCaseFold( QV_STRING *text )
 {
-    return qv::unicodeNamesFindCaseFold( abbreviations, text );
+    return qv::unicodeNamesFindCaseFold( &abbreviations, text );
 }

@@ -229,12 +229,12 @@ const ScriptRow &rowOf( QV_UNICODE_SCRIPT script )
 
 void qv___UnicodeScriptStartup()
 {
-    qv::unicodeNamesFill( &scriptNames, namesInOrder );
+    qv::unicodeNamesStartup( &scriptNames, namesInOrder );
 }
 
 void qv___UnicodeScriptShutdown()
 {
-    qv::unicodeNamesRetire( &scriptNames );
+    qv::unicodeNamesShutdown( &scriptNames );
 }
 
 QV_UNICODE_SCRIPT qvUnicodeScript( QV_CHAR ch )
@@ -259,10 +259,10 @@ QV_STRING *qvUnicodeScriptSymName( QV_UNICODE_SCRIPT script )
 
 QV_UNICODE_SCRIPT qvUnicodeScriptFromName( QV_STRING *text )
 {
-    return qv::unicodeNamesFind( scriptNames, text );
+    return qv::unicodeNamesFind( &scriptNames, text );
 }
 
 QV_UNICODE_SCRIPT qvUnicodeScriptFromNameCaseFold( QV_STRING *text )
 {
-    return qv::unicodeNamesFindCaseFold( scriptNames, text );
+    return qv::unicodeNamesFindCaseFold( &scriptNames, text );
 }
