@@ -10,7 +10,6 @@
 #include <qv/base/qv_string.h>
 #include <qv/exec/qv_exec_block.hh>
 #include <qv/runtime/qv_local.hh>
-#include <qv/sys/qv_mem.h>
 #include <qv/sys/qv_signal_stack.hh>
 
 namespace
@@ -37,12 +36,17 @@ QV_STRING *qv___ThreadToStringFunc( qvObj thisObj )
     return qvThreadName( qvThreadFrom( thisObj ) );
 }
 
+// Without an allocation, since the first one on a thread makes the C library map it an arena of its own.
 void setPlatformName( QV_STRING *name )
 {
-    // The platform keeps the first 15 bytes.
-    char *platformName = qvStringConvertToCstr( name, QV_TRUE, nullptr );
+    // The platform keeps the first 15 bytes. The name is one of capitals, digits and "_".
+    char platformName[16] = {};
+    QV_INT length = qvStringLength( name );
+    for ( QV_INT idx = 0; idx < length && idx < 15; idx++ )
+    {
+        platformName[idx] = static_cast<char>( qvStringCharAt( name, idx ) );
+    }
     prctl( PR_SET_NAME, platformName, 0, 0, 0 );
-    qvMemFree( platformName );
 }
 
 void setThis( QV_THREAD *thread )

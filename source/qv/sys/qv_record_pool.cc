@@ -143,10 +143,13 @@ void *mapChunk()
 }
 
 // Lets the system bring all pages of a slab at once, as a fault for each would cost more than the records on it. Only slabs
-// that are asked for a second batch get that far: most sizes have few records.
+// that are asked for a second batch get that far: most sizes have few records. In the first chunk half of the slab must
+// be in use, so that a process that only starts and ends doesn't pay for pages that it never needs.
 void touchRest( Slab *slab )
 {
     auto *chunk = alignedDown<Slab>( slab, chunkSize );
+    if ( pool.chunkCount == 1 && slab->fresh < slabSize / 2 )
+        return;
     auto place = ( reinterpret_cast<uintptr_t>( slab ) - reinterpret_cast<uintptr_t>( chunk ) ) / slabSize;
     uint32_t bit = 1u << place;
     if ( !( chunk->untouchedSlabs & bit ) )
@@ -353,7 +356,7 @@ void retireAtEndOfThread( void *owner )
     retireStock( static_cast<Stock *>( owner ) );
     qv___LockRelease( &pool.lock );
     stock = nullptr;
-    qvMemFree( owner );
+    munmap( owner, sizeof( Stock ) );
 }
 
 // Puts the thread's stock into the list; the lock is held. A stock that outlived a shutdown comes back here.
@@ -370,10 +373,12 @@ void registerStock()
     stock->isRegistered = true;
 }
 
+// A page from the system: the first allocation on a thread would make the C library map it an arena of its own.
 [[gnu::noinline]] Stock *createStock()
 {
-    stock = static_cast<Stock *>( qvMemAlloc( sizeof( Stock ) ) );
-    *stock = {};
+    void *page = mmap( nullptr, sizeof( Stock ), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0 );
+    QV_CHECK( page != MAP_FAILED );
+    stock = static_cast<Stock *>( page );
     qv___LockAcquire( &pool.lock );
     registerStock();
     qv___LockRelease( &pool.lock );
@@ -431,7 +436,7 @@ void qv___RecordPoolShutdown()
     }
     if ( stock )
     {
-        qvMemFree( stock );
+        munmap( stock, sizeof( Stock ) );
         stock = nullptr;
     }
     for ( Slab *chunk = pool.chunks; chunk; )
