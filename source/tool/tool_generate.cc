@@ -48,6 +48,7 @@ constexpr Vocable vocabulary[] = {
     { "FILE", Kind::files, nullptr },
     { "IN", Kind::files, nullptr },
     { "OUT", Kind::files, nullptr },
+    { "RULE", Kind::files, nullptr },
     { "FOLDER", Kind::folders, nullptr },
     { "TOOL", Kind::tools, nullptr },
     { "CHARSET", Kind::words, charsetNames },

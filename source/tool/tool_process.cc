@@ -319,7 +319,8 @@ void runShow( Tool &tool, const Arguments &arguments )
 const tool::Option showOptions[] = {
     { 's', "sort", "KEY",
       "What the rows are sorted by and the bars show: total, runs, latency, latency-max, run, run-max. "
-      "Without it, the total run time." },
+      "Without it, the total run time.",
+      "total runs latency latency-max run run-max" },
     { 'p', "processes", nullptr, "List the living processes of each family, if the file has them." },
     { 'r', "reset", nullptr, "Count from the last reset on, not from the start." },
     tool::fromOption,
