@@ -8,7 +8,7 @@ namespace
 {
 
 std::atomic<long> blocks = 0;
-volatile test::HeapFault heapFault = test::HeapFault::none;
+thread_local volatile test::HeapFault heapFault = test::HeapFault::none;
 
 } // namespace
 

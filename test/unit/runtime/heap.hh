@@ -23,7 +23,7 @@ enum class HeapFault
     faultsEveryTime,
 };
 
-// In child processes only: what the next allocation does.
+// In child processes only: what the next allocation of this thread does.
 void breakHeap( HeapFault fault );
 
 // Blocks that are alive.
