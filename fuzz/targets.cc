@@ -81,9 +81,7 @@ using LineSource = Owner<QV_LINE_SOURCE, qvLineSourceRelease>;
 unsigned takeByte( const unsigned char **bytes, size_t *length )
 {
     if ( *length == 0 )
-    {
         return 0;
-    }
     ( *length )--;
     return *( *bytes )++;
 }
@@ -517,9 +515,7 @@ const FuzzTarget *findFuzzTarget( const char *name )
     for ( const FuzzTarget *target = fuzzTargets; target->name; target++ )
     {
         if ( name && std::strcmp( target->name, name ) == 0 )
-        {
             return target;
-        }
     }
     return nullptr;
 }

@@ -42,9 +42,7 @@ void qvAlertSet( QV_ALERT *alert )
     QV_CHECK( alert );
     qv::Locked locked( &alert->lock );
     if ( !__atomic_exchange_n( &alert->set, QV_TRUE, __ATOMIC_SEQ_CST ) )
-    {
         alert->alertables.fire( fireAlertable );
-    }
 }
 
 void qvAlertUnset( QV_ALERT *alert )

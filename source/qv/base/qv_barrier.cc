@@ -123,9 +123,7 @@ QV_BOOL qvBarrierPassTimed( QV_BARRIER *barrier, QV_INT millisec )
     {
         QV_INT elapsed = qvTimestampDiff( qv___Timestamp(), start );
         if ( elapsed >= millisec )
-        {
             break;
-        }
         waitSlice( barrier, qvIntMin( millisec - elapsed, longestSlice ) * nanosPerMilli );
     }
     bool passed = barrier->open;
@@ -147,9 +145,7 @@ QV_BOOL qv::barrierPassUntil( QV_BARRIER *barrier, QV_INT timestamp )
         QV_INT now = qv___Nanoseconds();
         QV_INT left = timestamp - now / nanosPerMilli;
         if ( left <= 0 )
-        {
             break;
-        }
         waitSlice( barrier, qvIntMin( left, longestSlice + 1 ) * nanosPerMilli - now % nanosPerMilli );
     }
     bool passed = barrier->open;

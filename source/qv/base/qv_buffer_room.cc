@@ -197,9 +197,7 @@ bool qv::bufferPlanCompaction( const QV_BUFFER *buf, BufferRoom *room )
 {
     if ( buf->ref || ( buf->bitFspace <= 2 * QV_BUFFER_FSPACE &&
                        buf->bitBspace <= 2 * bufferBackSpare( buf->bitLength ) ) )
-    {
         return false;
-    }
     *room = roomInPlace( buf, 0 );
     if ( buf->bitLength == 0 )
     {

@@ -39,9 +39,7 @@ QV_ALERT *append( QV___EVENT_QUEUE_IMP *imp, qvObj event )
 {
     qv::Entered entered( imp->monitor );
     if ( imp->halted || qvDictHasObjKey( imp->dict, event ) )
-    {
         return nullptr;
-    }
     bool wasEmpty = qvVectorLength( imp->vector ) == 0;
     qvDictSetObjKey( &imp->dict, event, event );
     qvVectorPush( &imp->vector, event );

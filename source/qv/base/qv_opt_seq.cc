@@ -41,9 +41,7 @@ Element classify( const QV_OPT_SEQ *seq, QV_INT idx )
         return Element::deferred;
     if ( !element || !seq->options || qv::stringLength( element ) < 2 ||
          qv::stringCharAt( element, 0 ) != '-' )
-    {
         return Element::argument;
-    }
     if ( isDashes( element ) )
         return Element::endOfOptions;
     return qv::stringCharAt( element, 1 ) == '-' ? Element::longOption : Element::shortOption;

@@ -100,13 +100,9 @@ QV_BARRIER *waitBarrierOf( QV_SIGNAL *sig )
 {
     qv::Locked locked( &sig->lock );
     if ( sig->asserted.isOn() )
-    {
         return nullptr;
-    }
     if ( !sig->waitBarrier )
-    {
         sig->waitBarrier = qvBarrierCreate( QV_TRUE );
-    }
     return qv::retained( sig->waitBarrier );
 }
 

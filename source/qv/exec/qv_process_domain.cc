@@ -39,9 +39,7 @@ bool tryStartThreads( QV_PROCESS_DOMAIN *domain )
             qvStringCreateFromFormatCstr( "%s_%.*A", -1, domain->name, domain->threadCount - 1, idx ) );
         domain->threads[idx] = qv___ProcessThreadTryCreate( name, domain->threadPriority, domain->token );
         if ( !domain->threads[idx] )
-        {
             return false;
-        }
     }
     return true;
 }

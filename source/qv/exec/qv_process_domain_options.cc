@@ -17,14 +17,10 @@ void restoreNumbers( QV_PROCESS_DOMAIN_OPTIONS *options, QV_STORE *store )
 {
     QV_INT threadCount = -1;
     if ( qvStoreValueIntCstr( store, &threadCount, "threadCount", -1 ) && threadCount >= 1 )
-    {
         options->threadCount = threadCount;
-    }
     qv::Local<QV_STRING> priorityName( qvStoreValueCstr( store, "threadPriority", -1 ) );
     if ( priorityName )
-    {
         options->threadPriority = qvThreadPriorityFromString( priorityName );
-    }
 }
 
 void restoreBooleans( QV_PROCESS_DOMAIN_OPTIONS *options, QV_STORE *store )

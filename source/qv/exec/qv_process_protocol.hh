@@ -33,9 +33,7 @@ inline void processSchedule( ProcessFlags<Atomic> *flags, Host &host )
     flags->extPending.turnOn();
     // 2. Whoever finds the process queued or running leaves the request to its thread.
     if ( !flags->extScheduled.turnOn() )
-    {
         return;
-    }
     // 3. This caller has taken the request.
     flags->extPending.turnOff();
     // 4. The time of the request, before any thread can start the run.
@@ -70,9 +68,7 @@ template <typename Atomic, typename Host> inline bool processKeep( ProcessFlags<
 {
     // 6. A request that came during the run: the process never leaves the scheduler.
     if ( flags->extPending.turnOff() )
-    {
         return true;
-    }
     // 7. The place in the scheduler is free for whoever comes.
     host.checkScheduled( flags->extScheduled.turnOff() );
     // 8. A request that came between 6 and 7 found extScheduled on and went away: it is this thread's to serve, unless

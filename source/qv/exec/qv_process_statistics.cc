@@ -69,9 +69,7 @@ void copyCounts( QV_PROCESS *process, QV_PROCESS_STATISTICS_FLAGS flags, QV_PROC
     statistics->executingSinceTimestamp = process->statStarted;
     intervals->resetTimestamp = process->statIntervalStart;
     if ( flags & QV_PROCESS_STATISTICS_FLAG_PROCESSES_INTERVAL_SINCE_CREATION )
-    {
         intervals->sinceCreation = process->statTotal;
-    }
     if ( flags & QV_PROCESS_STATISTICS_FLAG_PROCESSES_INTERVAL_SINCE_RESET )
     {
         intervals->sinceReset = process->statInterval;
@@ -96,9 +94,7 @@ void storeInterval( QV_STORE **store, const char *key, Interval *interval )
 bool tryRestoreInterval( QV_STORE *store, const char *key, Interval **interval )
 {
     if ( !qvStoreHasAddressCstr( store, key, -1 ) )
-    {
         return true;
-    }
     qv::Local<QV_STORE> subStore( qvStoreStoreCstr( store, key, -1 ) );
     *interval = subStore ? qvProcessStatisticsIntervalTryRestore( subStore ) : nullptr;
     return *interval;
@@ -128,24 +124,18 @@ QV_PROCESS_STATISTICS *qvProcessTryGatherStatistics( QV_PROCESS *process, QV_PRO
 {
     QV_CHECK( process );
     if ( !process->fixMaintainStatistics )
-    {
         return nullptr;
-    }
     QV_PROCESS_DOMAIN *domain = process->fixDomain;
     QV_PROCESS_STATISTICS *statistics = createStatistics( process->fixIdentifier, domain->name );
     statistics->threadHint = process->fixThreadHint % domain->threadCount;
     Intervals intervals = {};
     copyCounts( process, flags, statistics, &intervals );
     if ( flags & QV_PROCESS_STATISTICS_FLAG_PROCESSES_INTERVAL_SINCE_CREATION )
-    {
         statistics->intervalSinceCreation = qv___ProcessStatisticsIntervalCreate(
             statistics->creationTimestamp, statistics->captureTimestamp, &intervals.sinceCreation );
-    }
     if ( flags & QV_PROCESS_STATISTICS_FLAG_PROCESSES_INTERVAL_SINCE_RESET )
-    {
         statistics->intervalSinceReset = qv___ProcessStatisticsIntervalCreate(
             intervals.resetTimestamp, statistics->captureTimestamp, &intervals.sinceReset );
-    }
     return statistics;
 }
 
@@ -270,9 +260,7 @@ QV_PROCESS_STATISTICS *qvProcessStatisticsTryRestore( QV_STORE *store )
     qv::Local<QV_IDENTIFIER> identifier( tryRestoreIdentifier( store ) );
     qv::Local<QV_STRING> domainName( qvStoreValueCstr( store, "domainName", -1 ) );
     if ( !identifier || !domainName || !qvNameUpperCaseOk( domainName, QV_TRUE ) )
-    {
         return nullptr;
-    }
     qv::Local<QV_PROCESS_STATISTICS> statistics( createStatistics( identifier, domainName ) );
     bool isGood = qv::tryRestoreNumber( store, "threadHint", &statistics->threadHint ) &&
                   qv::tryRestoreNumber( store, "captureTimestamp", &statistics->captureTimestamp ) &&

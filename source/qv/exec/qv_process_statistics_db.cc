@@ -47,9 +47,7 @@ QV_DICT *takeLiving( QV_STRING *name )
 {
     QV_DICT *living = qvDictFrom( qvDictStringKey( processes, name ) );
     if ( !living )
-    {
         return qvDictCreate();
-    }
     qvDictDelStringKey( &processes, name );
     return living;
 }

@@ -72,9 +72,7 @@ QV_STORE *storeProcesses( QV_DICT *processes )
 bool tryRestoreGroup( QV_STORE *store, const char *key, Group **group )
 {
     if ( !qvStoreHasAddressCstr( store, key, -1 ) )
-    {
         return true;
-    }
     qv::Local<QV_STORE> subStore( qvStoreStoreCstr( store, key, -1 ) );
     *group = subStore ? qvProcessStatisticsGroupTryRestore( subStore ) : nullptr;
     return *group;
@@ -83,9 +81,7 @@ bool tryRestoreGroup( QV_STORE *store, const char *key, Group **group )
 bool tryRestoreProcesses( QV_STORE *store, QV_DICT **processes )
 {
     if ( !qvStoreHasAddressCstr( store, "processes", -1 ) )
-    {
         return true;
-    }
     qv::Local<QV_STORE> array( qvStoreStoreCstr( store, "processes", -1 ) );
     for ( QV_INT idx = 0; array && idx < qvStoreLength( array ); idx++ )
     {
@@ -93,9 +89,7 @@ bool tryRestoreProcesses( QV_STORE *store, QV_DICT **processes )
         qv::Local<QV_PROCESS_STATISTICS> statistics( entry ? qvProcessStatisticsTryRestore( entry )
                                                            : nullptr );
         if ( !statistics )
-        {
             return false;
-        }
         setProcess( processes, statistics );
     }
     return array;
@@ -106,9 +100,7 @@ bool tryRestoreMembers( QV_STORE *store, Family *family )
     for ( const GroupKey &group : groupKeys )
     {
         if ( !tryRestoreGroup( store, group.key, &( family->*group.field ) ) )
-        {
             return false;
-        }
     }
     return tryRestoreProcesses( store, &family->processes );
 }
@@ -359,9 +351,7 @@ QV_PROCESS_STATISTICS_FAMILY *qvProcessStatisticsFamilyTryRestore( QV_STORE *sto
     QV_CHECK( store );
     qv::Local<QV_STRING> name( qvStoreValueCstr( store, "name", -1 ) );
     if ( !name || !qvNameOk( name, QV_TRUE ) )
-    {
         return nullptr;
-    }
     qv::Local<Family> family( qvProcessStatisticsFamilyCreate( name ) );
     return tryRestoreMembers( store, family ) ? family.give() : nullptr;
 }

@@ -66,9 +66,7 @@ QV_PROCESS_STATISTICS_FLAGS qvProcessStatisticsFlagsNormalize( QV_PROCESS_STATIS
     for ( const Need &need : needs )
     {
         if ( !( flags & need.need ) )
-        {
             flags &= ~need.flags;
-        }
     }
     return flags;
 }

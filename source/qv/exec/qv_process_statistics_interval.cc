@@ -47,9 +47,7 @@ bool qv::tryRestoreCounts( QV_STORE *store, qv___ExecProcessStats *counts )
     for ( const Count &count : countKeys )
     {
         if ( !tryRestoreNumber( store, count.key, &( counts->*count.field ) ) )
-        {
             return false;
-        }
     }
     return counts->latencyMax <= counts->latencyTotal && counts->runtimeMax <= counts->runtimeTotal;
 }
@@ -91,9 +89,7 @@ QV_INT qvProcessStatisticsIntervalExecutionsPerSecond( QV_PROCESS_STATISTICS_INT
     QV_CHECK( interval );
     QV_INT duration = interval->endTimestamp - interval->beginTimestamp;
     if ( duration < 1000 )
-    {
         return interval->counts.executions;
-    }
     return qvIntAddSaturating( qvIntMulSaturating( interval->counts.executions, 1000 ), 500 ) / duration;
 }
 

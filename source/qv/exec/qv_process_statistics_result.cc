@@ -134,9 +134,7 @@ QV_STORE *qvProcessStatisticsResultStore( QV_PROCESS_STATISTICS_RESULT *result )
     QV_CHECK( result );
     qv::Local<QV_STORE> store( qvStoreCreate() );
     if ( qvDictLength( result->families ) == 0 )
-    {
         return store.give();
-    }
     qv::Local<QV_STORE> array( qvStoreCreateArray() );
     for ( QV_INT idx = 0; idx < qvDictLength( result->families ); idx++ )
     {

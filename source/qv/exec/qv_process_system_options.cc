@@ -129,9 +129,7 @@ QV_PROCESS_SYSTEM_OPTIONS *qvProcessSystemOptionsRestore( QV_STORE *store )
     {
         qv::Local<QV_STORE> subStore( qvStoreStoreCstr( store, member.key, -1 ) );
         if ( subStore )
-        {
             qv::replaceWith( &( options->*member.field ), qvProcessDomainOptionsRestore( subStore ) );
-        }
     }
     return options;
 }

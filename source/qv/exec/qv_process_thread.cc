@@ -75,9 +75,7 @@ class Spinner
     {
         napped_ = false;
         if ( hasArrived( thread ) )
-        {
             return;
-        }
         if ( napping_.isDue() )
         {
             qv::nap( NAP );
@@ -86,9 +84,7 @@ class Spinner
         else if ( places_ > 0 && spinning_.isDue() )
         {
             if ( __atomic_fetch_add( &spinnerCount, 1, __ATOMIC_RELAXED ) < places_ )
-            {
                 spinning_.note( spin( thread ) );
-            }
             __atomic_fetch_sub( &spinnerCount, 1, __ATOMIC_RELAXED );
         }
     }
@@ -97,9 +93,7 @@ class Spinner
     void note( const qv___ExecList *arrived )
     {
         if ( napped_ )
-        {
             napping_.note( arrived->first != arrived->last );
-        }
     }
 
   private:
@@ -112,9 +106,7 @@ class Spinner
             for ( int round = 0; round < ROUNDS; round++ )
             {
                 if ( hasArrived( thread ) )
-                {
                     return true;
-                }
                 pause();
             }
         } while ( qv___Nanoseconds() < end );

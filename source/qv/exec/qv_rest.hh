@@ -20,9 +20,7 @@ class Habit
     bool isDue()
     {
         if ( ++count_ < interval_ )
-        {
             return false;
-        }
         count_ = 0;
         return true;
     }

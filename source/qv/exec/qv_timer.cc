@@ -242,9 +242,7 @@ QV_INT passRelative( QV_INT now )
     {
         QV_INT timestamp = qvPriorityMapPriorityAt( timerRelPrioMap, 0 );
         if ( now < timestamp )
-        {
             return timestamp - now;
-        }
         Closure *closure = qv___TimerClosureFrom( qvPriorityMapValueAt( timerRelPrioMap, 0 ) );
         qvPriorityMapDelAt( &timerRelPrioMap, 0 );
         fireIfScheduled( closure );
@@ -291,18 +289,14 @@ class TimerRest
     {
         napped_ = napping_.isDue() && ( until == -1 || until - qv___Timestamp() >= NEAR );
         if ( napped_ )
-        {
             qv::nap( NAP );
-        }
     }
 
     // Under the monitor.
     void note()
     {
         if ( napped_ )
-        {
             napping_.note( scheduleNumber - seen_ > 1 );
-        }
         seen_ = scheduleNumber;
     }
 

@@ -33,9 +33,7 @@ char *newFilename()
     qv::Local<QV_RUNTIME_PATHS> paths( qvRuntimePaths() );
     qv::Local<QV_PATH> path( qvRuntimePathsPath( paths, QV_RUNTIME_PATH_DATA_ABORT ) );
     if ( !path )
-    {
         return nullptr;
-    }
     qv::Local<QV_STRING> name( qvStringCreateFromFormatCstr(
         "%~s-%~s-%~s-%~s-%0!16i.txt", -1, qvRuntimeVersionProductName(), qvRuntimeVersionProductVersion(),
         qvRuntimeOsToIdentifier( qvRuntimeOs() ), qvRuntimeHardwareToIdentifier( qvRuntimeHardware() ),
@@ -89,9 +87,7 @@ void qv___AbortShutdown()
         QV_CHECK( 0 == sigaction( signum, &sigact, NULL ) );
     }
     if ( pthread_equal( startingThread, pthread_self() ) )
-    {
         qv::signalStackLeave( &startingStack );
-    }
     qvMemFree( qv___AbortFilename );
     qv___AbortFilename = nullptr;
 }
@@ -112,9 +108,7 @@ void qv::reportIdentity( const ReportOut &out )
     const char *friendlyName = qv___RuntimeVersionApplicationFriendlyNameCstr();
     const char *version = qv___RuntimeVersionApplicationVersionCstr();
     if ( !identifier && !friendlyName && !version )
-    {
         return;
-    }
     reportLine( out, "\n" );
     reportLine( out, "  APPLICATION\n" );
     reportLine( out, "    Identifier: %s\n", identifier ? identifier : "" );

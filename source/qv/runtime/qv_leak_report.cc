@@ -64,9 +64,7 @@ void reportObject( QV_SORT *sort, qvObj obj, QV_RUNTIME_FLAGS flags )
         qv___RuntimePrintFormatCstr( "%~s (%i)", -1, qvSortName( sort ), references );
     }
     if ( !( flags & QV_RUNTIME_FLAG_SNAPSHOT_OBJECT_LOG ) )
-    {
         return;
-    }
     qv::Local<QV_VECTOR> log( qv___ObjLog( obj ) );
     for ( QV_INT idx = 0; log && idx < qvVectorLength( log ); idx++ )
     {

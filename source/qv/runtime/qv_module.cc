@@ -43,9 +43,7 @@ bool isDigit( QV_CHAR ch )
 QV_VECTOR *wordsOf( const char *words )
 {
     if ( !*words )
-    {
         return qvVectorCreate();
-    }
     qv::Local<QV_STRING> text( qvStringCreateFromCstr( words, -1 ) );
     return qvStringSplitChar( text, ' ', -1 );
 }
@@ -69,9 +67,7 @@ bool areModuleNames( const char *words )
     {
         qv::Local<qv___Obj> name( qvVectorObjAt( names, idx ) );
         if ( !qvModuleNameOk( qvStringFrom( name ) ) )
-        {
             return false;
-        }
     }
     return true;
 }
@@ -112,9 +108,7 @@ bool isForThisProduct( const QV_MODULE_RECORD *record )
 {
     const QV_MODULE_RECORD *own = &qv___module_record;
     if ( !record->productName )
-    {
         return isBoundToNothing( record );
-    }
     return strcmp( record->productName, own->productName ) == 0 && isVersionBindingWellFormed( record ) &&
            isUnboundOrSame( record->productVersionMajor, own->productVersionMajor ) &&
            isUnboundOrSame( record->productVersionMinor, own->productVersionMinor ) &&
@@ -162,9 +156,7 @@ QV_INT qv___ModuleCompareFunc( qvObj thisObj, qvObj thatObj )
     QV_CHECK( thisModule );
     QV_CHECK( thatModule );
     if ( thisModule == thatModule )
-    {
         return 0;
-    }
     int order = strcmp( thisModule->moduleRecord->name, thatModule->moduleRecord->name );
     QV_CHECK( order != 0 ); // no two modules share a name
     return order < 0 ? -1 : 1;
@@ -175,9 +167,7 @@ QV_BOOL qvModuleNameOk( QV_STRING *moduleName )
     QV_CHECK( moduleName );
     QV_INT length = qvStringLength( moduleName );
     if ( length < 1 || length > maxNameLength )
-    {
         return QV_FALSE;
-    }
     const QV_CHAR *chs = qvStringBacking( moduleName );
     for ( QV_INT idx = 0; idx < length; idx++ )
     {
@@ -185,9 +175,7 @@ QV_BOOL qvModuleNameOk( QV_STRING *moduleName )
         bool ok = isLowerCase( chs[idx] ) || ( isDigit( chs[idx] ) && idx > 0 ) ||
                   ( chs[idx] == '_' && inner && chs[idx - 1] != '_' );
         if ( !ok )
-        {
             return QV_FALSE;
-        }
     }
     return QV_TRUE;
 }
@@ -265,9 +253,7 @@ QV_VECTOR *qvModuleSnapshotSorts( QV_MODULE *module )
 {
     QV_CHECK( module );
     if ( !qv___ObjOdbEnabled() )
-    {
         return nullptr;
-    }
     QV_VECTOR *sorts = qv::createSnapshotVector();
     qv___ObjOdbLock();
     for ( QV_SORT *sort = module->sortsFirst; sort; sort = sort->sortsNext )
@@ -282,9 +268,7 @@ QV_VECTOR *qvModuleSnapshotObjects( QV_MODULE *module )
 {
     QV_CHECK( module );
     if ( !qv___ObjOdbEnabled() )
-    {
         return nullptr;
-    }
     QV_VECTOR *objects = qv::createSnapshotVector();
     qv___ObjOdbLock();
     for ( QV_SORT *sort = module->sortsFirst; sort; sort = sort->sortsNext )

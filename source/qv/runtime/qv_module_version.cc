@@ -68,17 +68,13 @@ bool readPair( qvObj part, QV_INT *number, QV_INT *insert )
     qv::Local<QV_VECTOR> parts( qvStringSplitChar( qvStringFrom( part ), '#', 2 ) );
     qv::Local<qv___Obj> first( qvVectorObjAt( parts, 0 ) );
     if ( !readNumber( qvStringFrom( first ), number ) )
-    {
         return false;
-    }
     *insert = 0;
     if ( qvVectorLength( parts ) == 2 )
     {
         qv::Local<qv___Obj> second( qvVectorObjAt( parts, 1 ) );
         if ( !readNumber( qvStringFrom( second ), insert ) )
-        {
             return false;
-        }
     }
     return isPair( *number, *insert );
 }
@@ -106,16 +102,12 @@ QV_MODULE_VERSION *qvModuleVersionTryCreateFromString( QV_STRING *text )
     QV_CHECK( text );
     qv::Local<QV_VECTOR> parts( qvStringSplitChar( text, '.', -1 ) );
     if ( qvVectorLength( parts ) != 2 )
-    {
         return nullptr;
-    }
     qv::Local<qv___Obj> first( qvVectorObjAt( parts, 0 ) );
     qv::Local<qv___Obj> second( qvVectorObjAt( parts, 1 ) );
     QV_INT major, majorInsert, minor, minorInsert;
     if ( !readPair( first, &major, &majorInsert ) || !readPair( second, &minor, &minorInsert ) )
-    {
         return nullptr;
-    }
     return qvModuleVersionCreate( major, majorInsert, minor, minorInsert );
 }
 

@@ -98,10 +98,8 @@ qv___ObjLogEntry *createLogEntry( QV_STRING *line )
     entry->chars = nullptr;
     entry->next = nullptr;
     if ( entry->length > 0 )
-    {
         entry->chars =
             static_cast<QV_CHAR *>( qvMemDupN( qvStringBacking( line ), entry->length, sizeof( QV_CHAR ) ) );
-    }
     return entry;
 }
 
@@ -173,9 +171,7 @@ void qv___ObjFree( qvObj thisObj )
 {
     // Sort and module records are never freed, whatever their count reads.
     if ( thisObj->type != QV___OBJ_TYPE_OBJECT )
-    {
         return;
-    }
     QV_SORT *sort = thisObj->sort;
     QV_CHECK( QV_REF_RETAIN_COUNT( thisObj ) == 0 );
     QV_CHECK( sort );
@@ -186,9 +182,7 @@ void qv___ObjFree( qvObj thisObj )
         unlink( &sort->objsFirst, &sort->objsLast, thisObj, &qv___Obj::objsPrevious, &qv___Obj::objsNext );
     }
     if ( sort->functions.freeFunc )
-    {
         sort->functions.freeFunc( thisObj );
-    }
     if ( thisObj->logFirst )
     {
         freeLog( thisObj );
@@ -225,13 +219,9 @@ QV_SORT *qvObjSort( qvObj thisObj )
 {
     QV_CHECK( thisObj );
     if ( thisObj->sort )
-    {
         return thisObj->sort;
-    }
     if ( thisObj->type == QV___OBJ_TYPE_SORT )
-    {
         return qvSortSort();
-    }
     QV_CHECK( thisObj->type == QV___OBJ_TYPE_MODULE );
     return qvModuleSort();
 }
@@ -241,14 +231,10 @@ QV_INT qvObjCompare( qvObj objA, qvObj objB )
     QV_CHECK( objA );
     QV_CHECK( objB );
     if ( objA == objB )
-    {
         return 0;
-    }
     QV_SORT *sortA = qvObjSort( objA );
     if ( sortA != qvObjSort( objB ) || !sortA->functions.compareFunc )
-    {
         return qvObjDefaultCompareFunc( objA, objB );
-    }
     return sortA->functions.compareFunc( objA, objB );
 }
 
@@ -256,9 +242,7 @@ QV_INT qvObjDefaultCompareFunc( qvObj thisObj, qvObj thatObj )
 {
     QV_INT order = qvSortCompare( qvObjSort( thisObj ), qvObjSort( thatObj ) );
     if ( order != 0 )
-    {
         return order;
-    }
     QV_INT thisUnique = qv___ObjUnique( thisObj );
     QV_INT thatUnique = qv___ObjUnique( thatObj );
     return ( thisUnique > thatUnique ) - ( thisUnique < thatUnique );
@@ -287,21 +271,15 @@ QV_INT qv___ObjUnique( qvObj thisObj )
 {
     QV_CHECK( thisObj );
     if ( thisObj->type != QV___OBJ_TYPE_OBJECT )
-    {
         return QV___UNIQUE_INVALID;
-    }
     QV_INT unique = __atomic_load_n( &thisObj->unique, __ATOMIC_SEQ_CST );
     if ( unique != QV___UNIQUE_INVALID )
-    {
         return unique;
-    }
     QV_INT fresh = qv___UniqueGet();
     QV_INT winner = QV___UNIQUE_INVALID;
     if ( __atomic_compare_exchange_n( &thisObj->unique, &winner, fresh, 0, __ATOMIC_SEQ_CST,
                                       __ATOMIC_SEQ_CST ) )
-    {
         return fresh;
-    }
     qv___UniquePut( fresh ); // another thread was first
     return winner;
 }
@@ -326,9 +304,7 @@ QV_VECTOR *qv___ObjLog( qvObj thisObj )
     qv___ObjLogEntry *entry = thisObj->logFirst;
     qv___LockRelease( &logLock );
     if ( !entry )
-    {
         return nullptr;
-    }
     QV_VECTOR *lines = qvVectorCreate();
     while ( entry )
     {

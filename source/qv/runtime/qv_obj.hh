@@ -95,9 +95,7 @@ inline bool retainIfAlive( qvObj obj )
     {
         if ( __atomic_compare_exchange_n( &obj->retainCount, &count, count + 1, 0, __ATOMIC_SEQ_CST,
                                           __ATOMIC_SEQ_CST ) )
-        {
             return true;
-        }
     }
     return false;
 }

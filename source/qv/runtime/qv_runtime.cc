@@ -61,9 +61,7 @@ constinit QV_FLAGSET *qv___RuntimeFlagsFlagset = nullptr;
 QV_VECTOR *snapshotOfModules( QV_VECTOR *( *snapshotOf )( QV_MODULE *module ) )
 {
     if ( !qv___ObjOdbEnabled() )
-    {
         return nullptr;
-    }
     qv::Local<QV_VECTOR> modules( qvRuntimeModulesVector() );
     QV_VECTOR *all = qvVectorCreate();
     for ( QV_INT idx = 0; idx < qvVectorLength( modules ); idx++ )
@@ -100,16 +98,12 @@ void qv___RuntimeSetFlags( QV_RUNTIME_FLAGS flags )
 QV_RUNTIME_FLAGS qvRuntimeFlagsNormalize( QV_RUNTIME_FLAGS flags )
 {
     if ( flags & QV_RUNTIME_FLAG_MINIMAL )
-    {
         return QV_RUNTIME_FLAG_MINIMAL;
-    }
     QV_RUNTIME_FLAGS normalized = flags & freeFlags;
     for ( const DependentFlags &dependent : dependentFlags )
     {
         if ( normalized & dependent.onlyWith )
-        {
             normalized |= flags & dependent.flags;
-        }
     }
     return normalized;
 }

@@ -45,9 +45,7 @@ QV_STRING *valueOfLine( QV_STRING *line )
 {
     QV_INT colon = qvStringFindCstr( line, 0, ": ", -1 );
     if ( colon < 1 )
-    {
         return nullptr;
-    }
     QV_STRING *value = qvStringCreateFromOuter( line, 0, colon + 2 );
     qvStringTrim( &value );
     return value;
@@ -61,9 +59,7 @@ QV_STRING *valueOfWord( QV_VECTOR *lines, const char *word )
         qv::Local<QV_STRING> line( qvStringFrom( qvVectorObjAt( lines, idx ) ) );
         QV_STRING *value = qvStringBeginsWithCstr( line, word, -1 ) ? valueOfLine( line ) : nullptr;
         if ( value )
-        {
             return value;
-        }
     }
     return nullptr;
 }
@@ -71,19 +67,13 @@ QV_STRING *valueOfWord( QV_VECTOR *lines, const char *word )
 QV_STRING *cpuText( QV_STRING *model, QV_STRING *hardware, QV_STRING *revision )
 {
     if ( model && hardware )
-    {
         return revision ? qvStringCreateFromFormatCstr( "%s / %s (%s)", -1, model, hardware, revision )
                         : qvStringCreateFromFormatCstr( "%s / %s", -1, model, hardware );
-    }
     if ( model )
-    {
         return qv::retained( model );
-    }
     if ( hardware )
-    {
         return revision ? qvStringCreateFromFormatCstr( "%s (%s)", -1, hardware, revision )
                         : qv::retained( hardware );
-    }
     return qvStringCreateFromCstr( "CPU unknown", -1 );
 }
 
@@ -93,9 +83,7 @@ QV_STRING *debianVersion()
     qv::Local<QV_PATH> path( qvPathTryDecodeCstr( "/etc/debian_version", -1 ) );
     qv::Local<QV_BUFFER> bytes( qvPathFileReadBuffer( path, -1 ) );
     if ( !bytes )
-    {
         return nullptr;
-    }
     qv::Local<QV_STRING> text( qvStringCreateFromUtf8(
         reinterpret_cast<const char *>( qvBufferBacking( bytes ) ), qvBufferLength( bytes ) ) );
     qvStringTrim( text.edit() );
@@ -129,11 +117,9 @@ static void readComputerInfo()
     qv___RuntimeCpuInfo = qv::cpuInfoOfLines( lines, sysconf( _SC_NPROCESSORS_ONLN ) );
     qv::Local<QV_STRING> debian( debianVersion() );
     if ( debian )
-    {
         qv::replaceWith( &qv___RuntimeOperatingSystemInfo,
                          qvStringCreateFromFormatCstr( "%s [%s]", -1, static_cast<QV_STRING *>( debian ),
                                                        qv___RuntimeOperatingSystemInfo ) );
-    }
 }
 
 void qv___RuntimeComputerInfoStartup()

@@ -95,9 +95,7 @@ QV_RUNTIME_INSTALL_INFO *qvRuntimeInstallInfoTryRestore( QV_STORE *store )
     bool isWhole = os != -1 && hardware != -1 && variant != -1 && name && friendlyName && version &&
                    vendorName && copyright;
     if ( !isWhole )
-    {
         return nullptr;
-    }
     return qv___RuntimeInstallInfoCreate( os, hardware, variant, name, friendlyName, version, vendorName,
                                           copyright );
 }
@@ -108,9 +106,7 @@ QV_RUNTIME_INSTALL_INFO *qvRuntimeInstallInfoTryLoadFromFile( QV_PATH *path )
     qv::Local<QV_STORE_HEADER> header;
     qv::Local<QV_STORE> store( qvPathFileReadStore( path, header.edit() ) );
     if ( !store || ( header && !qvStoreHeaderIsTypeSort( header, qvRuntimeInstallInfoSort() ) ) )
-    {
         return nullptr;
-    }
     return qvRuntimeInstallInfoTryRestore( store );
 }
 
@@ -119,13 +115,9 @@ QV_RUNTIME_INSTALL_INFO *qvRuntimeInstallInfoTryLoadWithRuntimePaths( QV_RUNTIME
     QV_CHECK( paths );
     qv::Local<QV_PATH> path( qvRuntimePathsPath( paths, QV_RUNTIME_PATH_INSTALL ) );
     if ( !path )
-    {
         path.take( qvRuntimePathsPath( paths, QV_RUNTIME_PATH_PRODUCT ) );
-    }
     if ( !path )
-    {
         return nullptr;
-    }
     qvPathAppendComponentFilenameCstr( path.edit(), fileName, -1 );
     return qvRuntimeInstallInfoTryLoadFromFile( path );
 }

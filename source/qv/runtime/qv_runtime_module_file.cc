@@ -133,9 +133,7 @@ QV_MODULE *qv___RuntimePlatformLoadModule( QV_STRING *moduleName )
     qv::Local<QV_STRING> file( moduleFile( moduleName ) );
     void *library = file ? openFile( file ) : nullptr;
     if ( !library )
-    {
         return nullptr;
-    }
     QV_MODULE *module = moduleObjectIn( library, moduleName );
     if ( !module )
     {

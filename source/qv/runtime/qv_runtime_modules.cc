@@ -68,9 +68,7 @@ bool loadAll( QV_VECTOR *names )
     {
         qv::Local<QV_STRING> name( nameAt( names, idx ) );
         if ( !isLoaded( name ) && !qv___RuntimeTryLoadModule( name ) )
-        {
             return false;
-        }
     }
     return true;
 }
@@ -94,9 +92,7 @@ bool areModuleNames( QV_VECTOR *names )
     {
         qv::Local<QV_STRING> name( nameAt( names, idx ) );
         if ( !qvModuleNameOk( name ) )
-        {
             return false;
-        }
     }
     return true;
 }
@@ -105,9 +101,7 @@ void printRegistration( QV_MODULE *module, QV_VECTOR *dependencies, QV_BOOL from
 {
     bool dependencyDebug = hasFlag( QV_RUNTIME_FLAG_MODULE_DEPENDENCY_DEBUG );
     if ( !dependencyDebug && ( fromLoad || !hasFlag( QV_RUNTIME_FLAG_MODULE_DEBUG ) ) )
-    {
         return;
-    }
     qv::Local<QV_STRING> name( qvModuleName( module ) );
     qv___RuntimePrintFormatCstr( "[qv___RuntimeTryRegisterModule()] module: %s", -1,
                                  static_cast<QV_STRING *>( name ) );
@@ -207,9 +201,7 @@ QV_BOOL qv___RuntimeTryRegisterModule( QV_MODULE *module, QV_BOOL fromLoad )
     qv::Local<QV_VECTOR> dependencies( qvModuleDependenciesModuleNamesVector( module ) );
     printRegistration( module, dependencies, fromLoad );
     if ( !loadAll( dependencies ) || ( module->startupFunc && !module->startupFunc() ) )
-    {
         return QV_FALSE;
-    }
     enterModule( module );
     return QV_TRUE;
 }
@@ -249,9 +241,7 @@ QV_BOOL qvRuntimeTryLoadModule( QV_STRING *moduleName )
     QV_CHECK( qvModuleNameOk( moduleName ) );
     qv::Entered entered( qv___RuntimeLoadMonitor );
     if ( !isLoaded( moduleName ) && !qv___RuntimeTryLoadModule( moduleName ) )
-    {
         return QV_FALSE;
-    }
     qv___RuntimeLoadModuleExtensions();
     return QV_TRUE;
 }
@@ -262,9 +252,7 @@ QV_BOOL qvRuntimeTryLoadModulesVector( QV_VECTOR *moduleNames )
     QV_CHECK( areModuleNames( moduleNames ) );
     qv::Entered entered( qv___RuntimeLoadMonitor );
     if ( !loadAll( moduleNames ) )
-    {
         return QV_FALSE;
-    }
     qv___RuntimeLoadModuleExtensions();
     return QV_TRUE;
 }
@@ -294,9 +282,7 @@ QV_BOOL qvRuntimeTryRegisterModule( QV_MODULE *module )
     QV_CHECK( module );
     qv::Entered entered( qv___RuntimeLoadMonitor );
     if ( !qv___RuntimeTryRegisterModule( module, QV_FALSE ) )
-    {
         return QV_FALSE;
-    }
     qv___RuntimeLoadModuleExtensions();
     return QV_TRUE;
 }

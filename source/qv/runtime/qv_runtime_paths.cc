@@ -126,9 +126,7 @@ void qvRuntimePathsDelPath( QV_RUNTIME_PATHS **paths, QV_RUNTIME_PATH rtp )
     QV_CHECK( *paths );
     QV_CHECK( QV_RUNTIME_PATH_OK( rtp ) );
     if ( !qvRuntimePathsHasPath( *paths, rtp ) )
-    {
         return;
-    }
     qv::makePrivate( paths, qvRuntimePathsCreateFrom );
     qvRangeMapDelIntKey( &( *paths )->paths, rtp );
 }

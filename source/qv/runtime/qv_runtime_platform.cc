@@ -93,9 +93,7 @@ void applyRule( QV_RUNTIME_PATHS **paths, const PathRule &rule, QV_STRING *produ
 QV_PATH *defaultDataPath( QV_INT flags, QV_STRING *productName, bool create )
 {
     if ( flags & QV_RUNTIME_FLAG_SYSTEM )
-    {
         return formattedPath( "/var/opt/veltrano/%s/", productName );
-    }
     QV_STRING *home = qvEnvironmentVariableCstr( qv___RuntimeEnvironment, "HOME", -1 );
     qv::Local<QV_STRING> homeText( qvStringCreateFromFormatCstr( "%#~s/", -1, home ) );
     qv::Local<QV_PATH> homePath( qvPathUnixTryDecode( homeText ) );
@@ -132,9 +130,7 @@ QV_RUNTIME_PATHS *qv___RuntimePlatformPathsForProduct( QV_INT flags, QV_STRING *
 {
     QV_RUNTIME_PATHS *paths = qvRuntimePathsCreate();
     if ( flags & QV_RUNTIME_FLAG_MINIMAL )
-    {
         return paths;
-    }
     bool create = isRunningProduct( productName );
     qv::Local<QV_PATH> install( formattedPath( "/opt/veltrano/%s/", productName ) );
     QV_CHECK( install );
@@ -145,9 +141,7 @@ QV_RUNTIME_PATHS *qv___RuntimePlatformPathsForProduct( QV_INT flags, QV_STRING *
     }
     qv::Local<QV_PATH> data( pathFromVariable( "JN_%s_DATA_PATH", productName ) );
     if ( !data )
-    {
         data.take( defaultDataPath( flags, productName, create ) );
-    }
     setOptionalPath( &paths, QV_RUNTIME_PATH_DATA, data );
     for ( const PathRule &rule : dataRules )
     {
@@ -175,9 +169,7 @@ QV_PATH *qv___RuntimePlatformUnixSetupPath( QV_PATH *base, QV_PATH *optionalPath
     QV_CHECK( qvPathFlags( base ) & QV_PATH_FLAG_DIRECTORY );
     auto path = qv::Local<QV_PATH>::share( base );
     if ( !optionalPath )
-    {
         return path.give();
-    }
     QV_CHECK( qvPathUnixIsValid( optionalPath ) );
     QV_CHECK( qvPathFlags( optionalPath ) & QV_PATH_FLAG_DIRECTORY );
     QV_CHECK( qvPathCanAppend( optionalPath ) );

@@ -73,15 +73,11 @@ bool qv::isSharedObjectCut( const char *name )
     OpenFile file( name );
     FileHeader header;
     if ( !file.read( 0, &header ) || !isOwnKind( header ) )
-    {
         return false;
-    }
     for ( uint64_t idx = 0; idx < header.e_phnum; idx++ )
     {
         if ( !isSegmentWhole( file, header.e_phoff + idx * sizeof( ProgramHeader ) ) )
-        {
             return true;
-        }
     }
     return false;
 }

@@ -37,9 +37,7 @@ QV_INT qv___SortCompareFunc( qvObj thisObj, qvObj thatObj )
     QV_CHECK( thisSort );
     QV_CHECK( thatSort );
     if ( thisSort == thatSort )
-    {
         return 0;
-    }
     int order = strcmp( thisSort->name, thatSort->name );
     QV_CHECK( order != 0 ); // no two sorts share a name
     return order < 0 ? -1 : 1;
@@ -93,9 +91,7 @@ QV_VECTOR *qvSortSnapshot( QV_SORT *sort )
 {
     QV_CHECK( sort );
     if ( !qv___ObjOdbEnabled() )
-    {
         return nullptr;
-    }
     QV_VECTOR *objects = qv::createSnapshotVector();
     qv___ObjOdbLock();
     qv::appendLiveObjects( &objects, sort );

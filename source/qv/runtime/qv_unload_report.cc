@@ -65,9 +65,7 @@ void reportObject( qvObj obj )
         qv___RuntimePrintFormatCstr( "%~s (%i)", -1, qvSortName( sort ), references );
     }
     if ( !( qvRuntimeFlags() & QV_RUNTIME_FLAG_SNAPSHOT_OBJECT_LOG ) )
-    {
         return;
-    }
     qv::Local<QV_VECTOR> log( qv___ObjLog( obj ) );
     for ( QV_INT idx = 0; log && idx < qvVectorLength( log ); idx++ )
     {

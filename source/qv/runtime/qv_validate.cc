@@ -29,9 +29,7 @@ bool isOneOf( QV_CHAR ch, const char *chs )
     for ( ; *chs; chs++ )
     {
         if ( ch == static_cast<unsigned char>( *chs ) )
-        {
             return true;
-        }
     }
     return false;
 }
@@ -42,18 +40,14 @@ bool isPlainText( QV_STRING *text, const char *alsoAllowed )
     QV_CHECK( text );
     QV_INT length = qvStringLength( text );
     if ( length < 1 || length > maxTextLength )
-    {
         return false;
-    }
     const QV_CHAR *chs = qvStringBacking( text );
     for ( QV_INT idx = 0; idx < length; idx++ )
     {
         bool innerBlank = chs[idx] == ' ' && idx > 0 && idx < length - 1 && chs[idx - 1] != ' ';
         if ( !isLetter( chs[idx] ) && !isDigit( chs[idx] ) && !innerBlank &&
              !isOneOf( chs[idx], alsoAllowed ) )
-        {
             return false;
-        }
     }
     return true;
 }
@@ -73,17 +67,13 @@ QV_BOOL qvRuntimeValidateProductName( QV_STRING *text )
     QV_CHECK( text );
     QV_INT length = qvStringLength( text );
     if ( length < 1 || length > maxProductNameLength )
-    {
         return QV_FALSE;
-    }
     const QV_CHAR *chs = qvStringBacking( text );
     for ( QV_INT idx = 0; idx < length; idx++ )
     {
         bool lowerCase = chs[idx] >= 'a' && chs[idx] <= 'z';
         if ( !lowerCase && !( isDigit( chs[idx] ) && idx > 0 ) )
-        {
             return QV_FALSE;
-        }
     }
     return QV_TRUE;
 }
@@ -98,16 +88,12 @@ QV_BOOL qvRuntimeValidateProductVersion( QV_STRING *text )
     QV_CHECK( text );
     qv::Local<QV_VECTOR> parts( qvStringSplitChar( text, '.', -1 ) );
     if ( qvVectorLength( parts ) != versionParts )
-    {
         return QV_FALSE;
-    }
     for ( QV_INT idx = 0; idx < versionParts; idx++ )
     {
         qv::Local<qv___Obj> part( qvVectorObjAt( parts, idx ) );
         if ( !isNonNegativeInt( qvStringFrom( part ) ) )
-        {
             return QV_FALSE;
-        }
     }
     return QV_TRUE;
 }

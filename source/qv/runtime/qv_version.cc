@@ -46,9 +46,7 @@ constinit char *qv___RuntimeVersionApplicationVersion = nullptr;
 char *copyOf( const char *text )
 {
     if ( !text )
-    {
         return nullptr;
-    }
     char *copy = strdup( text );
     QV_CHECK( copy );
     return copy;

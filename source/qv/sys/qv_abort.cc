@@ -48,9 +48,7 @@ void writeReport( const ReportOut &out, const Crash *crash )
     qv::reportIdentity( out );
     qv::reportCause( out, crash->message, crash->file, crash->line, crash->expression );
     if ( crash->info )
-    {
         qv::reportSignal( out, crash->info );
-    }
 }
 
 void writeGap( const ReportOut &out )
@@ -76,9 +74,7 @@ void takeFrames( Crash *crash )
         crash->framesLength = backtrace( crash->frames, maxFrames );
     }
     if ( crash->mode == CrashMode::whole && !crash->symbols )
-    {
         crash->symbols = backtrace_symbols( crash->frames, crash->framesLength );
-    }
 }
 
 void writeStack( const ReportOut &out, Crash *crash )
@@ -86,9 +82,7 @@ void writeStack( const ReportOut &out, Crash *crash )
     takeFrames( crash );
     int length = crash->framesLength;
     if ( length == 0 || ( !crash->symbols && crash->mode == CrashMode::whole ) )
-    {
         return;
-    }
     qv::reportLine( out, "\n" );
     qv::reportLine( out, "  STACK\n" );
     for ( int idx = 0; idx < length; idx++ )
@@ -110,9 +104,7 @@ void writeFile( Crash *crash )
     // Appending keeps the lines of two threads apart that crash at once and write to the same file.
     int descriptor = name ? open( name, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666 ) : -1;
     if ( descriptor < 0 )
-    {
         return;
-    }
     FILE *stream = crash->mode == CrashMode::whole ? fdopen( descriptor, "a" ) : nullptr;
     const ReportOut out = { stream, descriptor };
     writeReport( out, crash );
@@ -177,9 +169,7 @@ void writePlain( CrashWatch *watch )
     const ReportOut out = { nullptr, STDERR_FILENO };
     void *frames[maxFrames];
     if ( !crash->areFramesAsked )
-    {
         crash->frames = frames;
-    }
     if ( !crash->isFiled )
     {
         fileReport( crash );
@@ -211,9 +201,7 @@ void qv___DoAbort( const char *message, const char *file, int line, const char *
                    const siginfo_t *info )
 {
     if ( CrashWatch *before = qv::crashWatchOfThread() )
-    {
         qv::crashWatchTrouble( before );
-    }
     Crash crash = {};
     crash.carryOn = writePlain;
     crash.message = message;

@@ -77,9 +77,7 @@ const SignalText &signalText( int signum )
     for ( const SignalText &row : signalTexts )
     {
         if ( row.signum == signum )
-        {
             return row;
-        }
     }
     return unknownSignal;
 }
@@ -89,9 +87,7 @@ const char *codeText( int signum, int code )
     for ( const CodeText &row : codeTexts )
     {
         if ( ( row.signum == anySignal || row.signum == signum ) && row.code == code )
-        {
             return row.text;
-        }
     }
     return "";
 }
@@ -103,13 +99,9 @@ void writeAll( int descriptor, const char *bytes, size_t length )
     {
         ssize_t written = write( descriptor, bytes, length );
         if ( written < 0 && errno == EINTR )
-        {
             continue;
-        }
         if ( written <= 0 )
-        {
             return;
-        }
         bytes += written;
         length -= static_cast<size_t>( written );
     }
@@ -120,9 +112,7 @@ void writeFormatted( int descriptor, const char *format, va_list args )
     char text[4096];
     int needed = vsnprintf( text, sizeof( text ), format, args );
     if ( needed < 0 )
-    {
         return;
-    }
     size_t length = static_cast<size_t>( needed );
     if ( length >= sizeof( text ) )
     {
@@ -153,9 +143,7 @@ void qv::reportCause( const ReportOut &out, const char *message, const char *fil
                       const char *expression )
 {
     if ( !message && !file && !expression )
-    {
         return;
-    }
     reportLine( out, "\n" );
     reportLine( out, "  ABORT\n" );
     if ( message )

@@ -57,9 +57,7 @@ void watchTick( int signum, siginfo_t *info, void * )
     }
     CrashWatch *watch = qv::crashWatchOfThread();
     if ( watch && now() - watch->start >= ( watch->mode == CrashMode::whole ? wholeLimit : plainLimit ) )
-    {
         qv::crashWatchTrouble( watch );
-    }
 }
 
 void enterPlace( CrashWatch *watch )
@@ -80,9 +78,7 @@ void enterPlace( CrashWatch *watch )
 void startTicking()
 {
     if ( __atomic_exchange_n( &isTicking, true, __ATOMIC_SEQ_CST ) )
-    {
         return;
-    }
     struct sigaction action = {};
     action.sa_sigaction = watchTick;
     // Whatever the tick interrupts goes on, unless the time is over.
@@ -124,9 +120,7 @@ CrashWatch *qv::crashWatchOfThread()
     for ( Place &place : places )
     {
         if ( __atomic_load_n( &place.thread, __ATOMIC_SEQ_CST ) == self )
-        {
             return place.watch;
-        }
     }
     return nullptr;
 }

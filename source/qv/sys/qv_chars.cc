@@ -35,9 +35,7 @@ template <typename T> class Writer
     void put( T item )
     {
         if ( count_ < room_ )
-        {
             dest_[count_] = item;
-        }
         count_++;
     }
 
@@ -67,14 +65,10 @@ template <typename T>
 QV_INT terminated( T *dest, QV_INT destLength, QV_INT compLen, QV_BOOL addNullTerminator )
 {
     if ( !addNullTerminator )
-    {
         return compLen;
-    }
     QV_CHECK( QV_INT_ADD_OK( compLen, 1 ) );
     if ( compLen < destLength )
-    {
         dest[compLen] = 0;
-    }
     return compLen + 1;
 }
 
@@ -140,9 +134,7 @@ QV_INT decodeAsciiRun( Writer<QV_CHAR> *out, const unsigned char *src, QV_INT sr
         memcpy( &word, src + taken, sizeof( word ) );
         QV_CHAR *dest = out->reserve( 8 );
         if ( ( word & 0x8080808080808080u ) != 0 || !dest )
-        {
             break;
-        }
         for ( int idx = 0; idx < 8; idx++ )
         {
             dest[idx] = src[taken + idx];
@@ -171,9 +163,7 @@ QV_INT decodeSequence( Writer<QV_CHAR> *out, const unsigned char *src, QV_INT sr
     for ( int idx = 1; idx <= continuations; idx++ )
     {
         if ( idx >= srcLength )
-        {
             return 0;
-        }
         if ( !isContinuation( src[idx] ) )
         {
             out->put( replacement );
@@ -182,9 +172,7 @@ QV_INT decodeSequence( Writer<QV_CHAR> *out, const unsigned char *src, QV_INT sr
         ch = ch << 6 | ( src[idx] & 0x3F );
     }
     if ( QV_CHAR_OK( ch ) )
-    {
         out->put( ch );
-    }
     return continuations + 1;
 }
 
@@ -217,9 +205,7 @@ QV_INT qvCharsSanitize( QV_CHAR *dest, QV_INT destLength, const QV_CHAR *src, QV
         if ( isLowSurrogate( ch ) )
         {
             if ( pending )
-            {
                 out.put( ( pending << 10 ) + ch - 0x35FDC00 );
-            }
         }
         else if ( QV_CHAR_OK( ch ) )
         {
@@ -301,9 +287,7 @@ QV_INT qvCharsConvertFromUtf8( QV_CHAR *dest, QV_INT destLength, const char *src
         }
         QV_INT taken = decodeSequence( &out, bytes + pos, length - pos );
         if ( taken == 0 )
-        {
             break;
-        }
         pos += taken;
     }
     return out.count();

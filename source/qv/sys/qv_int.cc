@@ -86,9 +86,7 @@ QV_INT qvIntMid( QV_INT a, QV_INT b )
     QV_INT lo = qvIntMin( a, b );
     QV_INT hi = qvIntMax( a, b );
     if ( lo >= 0 )
-    {
         return lo + ( hi - lo ) / 2;
-    }
     // Halves of both, plus the rounding up where exactly one is odd, plus the carry where both are.
     QV_INT halves = ( lo >> 1 ) + ( hi >> 1 );
     return halves + ( ( lo | hi ) & 1 );

@@ -71,9 +71,7 @@ void *qvMemSet( void *ptr, int value, QV_INT size )
 {
     QV_CHECK( QV_INT_TO_SIZET_CONV_OK( size ) );
     if ( size == 0 )
-    {
         return ptr;
-    }
     QV_CHECK( ptr );
     return memset( ptr, value, static_cast<size_t>( size ) );
 }
@@ -88,9 +86,7 @@ void *qvMemCopy( void *dest, const void *src, QV_INT size )
 {
     QV_CHECK( QV_INT_TO_SIZET_CONV_OK( size ) );
     if ( size == 0 )
-    {
         return dest;
-    }
     QV_CHECK( dest );
     QV_CHECK( src );
     return memcpy( dest, src, static_cast<size_t>( size ) );
@@ -106,9 +102,7 @@ void *qvMemMove( void *dest, const void *src, QV_INT size )
 {
     QV_CHECK( QV_INT_TO_SIZET_CONV_OK( size ) );
     if ( size == 0 )
-    {
         return dest;
-    }
     QV_CHECK( dest );
     QV_CHECK( src );
     return memmove( dest, src, static_cast<size_t>( size ) );
@@ -124,9 +118,7 @@ QV_INT qvMemCompare( const void *a, const void *b, QV_INT size )
 {
     QV_CHECK( QV_INT_TO_SIZET_CONV_OK( size ) );
     if ( size == 0 )
-    {
         return 0;
-    }
     QV_CHECK( a );
     QV_CHECK( b );
     int order = memcmp( a, b, static_cast<size_t>( size ) );

@@ -54,13 +54,9 @@ double qvRealTrunc( double r )
 QV_INT qvRealToInt( double r )
 {
     if ( r < -intBound )
-    {
         return QV_INT_MIN;
-    }
     if ( r >= intBound )
-    {
         return QV_INT_MAX;
-    }
     if ( r != r )
     {
         return QV_INT_MIN; // what the processor's truncation gives, without asking for it

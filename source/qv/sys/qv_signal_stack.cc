@@ -38,18 +38,14 @@ void qv::signalStackEnter( SignalStack *stack )
 {
     *stack = {};
     if ( sigaltstack( nullptr, &stack->before ) != 0 || isLargeEnough( stack->before ) )
-    {
         return;
-    }
     // A page that can't be touched lies below, as with any stack. Memory is taken only where the stack is used.
     size_t guard = roundedToPages( 1 );
     size_t size = guard + neededSize();
     void *memory = mmap( nullptr, size, PROT_READ | PROT_WRITE,
                          MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0 );
     if ( memory == MAP_FAILED )
-    {
         return;
-    }
     stack_t own = {};
     own.ss_sp = static_cast<char *>( memory ) + guard;
     own.ss_size = size - guard;

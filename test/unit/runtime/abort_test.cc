@@ -371,9 +371,7 @@ TEST( CrashReport, FollowsTheFlags )
     expectAborted( endings[1], crashes[1] );
     expectReport( endings[1].filed, crashes[1] );
     if ( sanitized )
-    {
         return;
-    }
     for ( size_t idx : { 2, 3 } )
     {
         EXPECT_TRUE( WIFSIGNALED( endings[idx].status ) && WTERMSIG( endings[idx].status ) == SIGSEGV );

@@ -135,9 +135,7 @@ std::string describe( QV_RUNTIME_PATHS *paths )
         Local<QV_PATH> path( qvRuntimePathsPath( paths, rtp ) );
         EXPECT_EQ( path != nullptr, qvRuntimePathsHasPath( paths, rtp ) != 0 );
         if ( path )
-        {
             result += std::to_string( rtp ) + " " + test::textOf( path ) + "\n";
-        }
     }
     return result;
 }
