@@ -10,6 +10,7 @@
 #include <qv/base/qv_string.h>
 #include <qv/exec/qv_exec_block.hh>
 #include <qv/runtime/qv_local.hh>
+#include <qv/sys/qv_record_pool.hh>
 #include <qv/sys/qv_signal_stack.hh>
 
 namespace
@@ -71,6 +72,7 @@ void runThread( void *argument )
     qvSignalAssert( endSignal );
     qv::release( qv::objOf( endSignal ) );
     // 6. From here on the end of the runtime waits no longer for this thread.
+    qv___RecordPoolLeave();
     qvCounterDecrement( threadCounter );
 }
 

@@ -451,6 +451,14 @@ void qv___RecordPoolShutdown()
     qv___LockFinalize( &pool.lock );
 }
 
+void qv___RecordPoolLeave()
+{
+    if ( !stock )
+        return;
+    QV_CHECK( pthread_setspecific( pool.endOfThread, nullptr ) == 0 );
+    retireAtEndOfThread( stock );
+}
+
 void *qv::recordAlloc( QV_INT size )
 {
     QV_CHECK( size > 0 );

@@ -13,6 +13,10 @@
 void qv___RecordPoolStartup();
 void qv___RecordPoolShutdown();
 
+// Gives back what the thread has at hand, for a thread that the end of the runtime doesn't wait for any longer: no record
+// may be made or dropped on it from here on.
+void qv___RecordPoolLeave();
+
 namespace qv
 {
 
