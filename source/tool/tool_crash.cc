@@ -125,6 +125,12 @@ class Reader
 
     bool readSection( Report &report )
     {
+        // Of a line no more than blanks were written.
+        if ( isBeginningOf( indent ) )
+        {
+            advance();
+            return true;
+        }
         std::string_view text = peek();
         if ( !text.starts_with( "  " ) )
             return fail( 0, "no section of a crash report" );
