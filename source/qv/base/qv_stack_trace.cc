@@ -31,7 +31,8 @@ void qv___StackTraceShutdown() {}
 
 void qv___StackTraceUpdateSymbols() {}
 
-QV_STACK_TRACE *qvStackTraceCreate( QV_INT skip, QV_INT maxLength )
+// Its own frame is left out, so it must have one.
+[[gnu::noinline]] QV_STACK_TRACE *qvStackTraceCreate( QV_INT skip, QV_INT maxLength )
 {
     QV_CHECK( skip >= 0 );
     QV_CHECK( maxLength >= -1 );

@@ -339,7 +339,8 @@ void qv___ObjLogAppendVector( qvObj thisObj, QV_VECTOR *vec )
     }
 }
 
-void qv___ObjLogAppendCallStack( qvObj thisObj, QV_INT skip, QV_INT maxLength )
+// Its own frame is left out, so it must have one.
+[[gnu::noinline]] void qv___ObjLogAppendCallStack( qvObj thisObj, QV_INT skip, QV_INT maxLength )
 {
     QV_CHECK( QV_INT_ADD_OK( skip, 1 ) );
     qv::Local<QV_STACK_TRACE> trace( qvStackTraceCreate( skip + 1, maxLength ) );

@@ -127,7 +127,8 @@ void qv___RuntimePrintLines( QV_VECTOR *lines )
     }
 }
 
-void qv___RuntimePrintStackTrace()
+// Its own frame is left out, so it must have one.
+[[gnu::noinline]] void qv___RuntimePrintStackTrace()
 {
     qv::Local<QV_STACK_TRACE> trace( qvStackTraceCreate( 1, -1 ) );
     qvStackTracePrint( trace );
