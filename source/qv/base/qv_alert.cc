@@ -26,7 +26,7 @@ QV_ALERT *qvAlertCreate( void )
 {
     QV_ALERT *alert = qv::create<QV_ALERT>( qvAlertSort() );
     qv___LockInitialize( &alert->lock );
-    alert->set = QV_FALSE;
+    alert->set = {};
     alert->alertables = {};
     return alert;
 }
@@ -34,21 +34,21 @@ QV_ALERT *qvAlertCreate( void )
 QV_BOOL qvAlertIsSet( QV_ALERT *alert )
 {
     QV_CHECK( alert );
-    return __atomic_load_n( &alert->set, __ATOMIC_SEQ_CST );
+    return alert->set.isOn();
 }
 
 void qvAlertSet( QV_ALERT *alert )
 {
     QV_CHECK( alert );
     qv::Locked locked( &alert->lock );
-    if ( !__atomic_exchange_n( &alert->set, QV_TRUE, __ATOMIC_SEQ_CST ) )
+    if ( alert->set.turnOn() )
         alert->alertables.fire( fireAlertable );
 }
 
 void qvAlertUnset( QV_ALERT *alert )
 {
     QV_CHECK( alert );
-    __atomic_store_n( &alert->set, QV_FALSE, __ATOMIC_SEQ_CST );
+    alert->set.turnOff();
 }
 
 void qvAlertAddAlertable( QV_ALERT *alert, QV_ALERTABLE *alb )

@@ -3,11 +3,12 @@
 
 #include <qv/base/qv_alert.h>
 #include <qv/base/qv_listeners.hh>
+#include <qv/sys/qv_atomic_bool.hh>
 
 struct qv___Alert : qv___Obj
 {
     qv___Lock lock;
-    QV_BOOL set;              // atomic: read and cleared without the lock, set under it
+    qv::AtomicBool set;       // read and turned off without the lock, turned on under it
     qv::Listeners alertables; // inner objects
 };
 
