@@ -106,7 +106,9 @@ class Sheet
     void print()
     {
         const Style &style = tool::styleOf( STDOUT_FILENO );
-        tool.out.write( style.bold + tool::codePoint( ch ) + style.off + "  " + glyphOf( ch ) + "\n" );
+        std::string glyph = glyphOf( ch );
+        tool.out.write( style.bold + tool::codePoint( ch ) + style.off +
+                        ( glyph.empty() ? "" : "  " + glyph ) + "\n" );
         printProperties();
         printMappings();
         if ( !isSurrogate( ch ) )
