@@ -251,9 +251,17 @@ void writeBehindFile()
         reinterpret_cast<uintptr_t>( mmap( nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0 ) ) );
 }
 
+// Any thread may take a signal that is sent to the process, so that the sender goes on for a moment.
 void queueSegv()
 {
     sigqueue( getpid(), SIGSEGV, {} );
+    pause();
+}
+
+void killAbort()
+{
+    kill( getpid(), SIGABRT );
+    pause();
 }
 
 TEST( CrashReport, LineByLine )
@@ -290,7 +298,7 @@ TEST( CrashReport, LineByLine )
                          anyAddress ) },
         { "abort", [] { abort(); },
           signalSection( "6 (SIGABRT, abort signal)", "-6 (SI_TKILL, tkill system call)", "user", "" ) },
-        { "kill", [] { kill( getpid(), SIGABRT ); },
+        { "kill", killAbort,
           signalSection( "6 (SIGABRT, abort signal)", "0 (SI_USER, kill, sigsend, raise)", "user", "" ) },
     };
     std::vector<Ending> endings = crashAll( crashes );
