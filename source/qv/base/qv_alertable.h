@@ -1,9 +1,9 @@
 #ifndef QV_BASE_QV_ALERTABLE_H
 #define QV_BASE_QV_ALERTABLE_H
 
-/* One target that a alert wakes when it fires. Releasing the last reference ends it: after that no call of the target is in
+/* One target that an alert wakes when it fires. Releasing the last reference ends it: after that no call of the target is in
  * progress or comes later, also if the alert still holds it. That last release must not come from inside the target's
- * own function. */
+ * own function. Null stops the process, except for a closure. */
 
 #include <qv/runtime/qv_obj.h>
 

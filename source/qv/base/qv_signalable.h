@@ -3,7 +3,7 @@
 
 /* One target that a signal wakes when it fires. Releasing the last reference ends it: after that no call of the target is in
  * progress or comes later, also if the signal still holds it. That last release must not come from inside the target's
- * own function. */
+ * own function. Null stops the process, except for a closure. */
 
 #include <qv/runtime/qv_obj.h>
 

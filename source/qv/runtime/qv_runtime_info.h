@@ -2,7 +2,7 @@
 #define QV_RUNTIME_QV_RUNTIME_INFO_H
 
 /* What can be said of the process and of the computer that it runs on. The caller owns the objects that a function
- * returns. */
+ * returns; null keys and stores stop the process. */
 
 #include <qv/runtime/qv_handles.h>
 

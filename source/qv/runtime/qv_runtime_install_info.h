@@ -2,7 +2,8 @@
 #define QV_RUNTIME_QV_RUNTIME_INSTALL_INFO_H
 
 /* Install information: what an installer recorded about a product, in the data file "install-info" of the product's
- * install directory. An immutable object. The caller owns the objects that a function returns. */
+ * install directory. An immutable object. The caller owns the objects that a function returns; null arguments stop the
+ * process. */
 
 #include <qv/runtime/qv_handles.h>
 #include <qv/runtime/qv_obj.h>

@@ -4,7 +4,8 @@
 /* The normalization forms of Unicode Standard Annex #15, version 16.0, as a stream: characters go in by any
  * number of writes and can be read as soon as nothing that follows can change them. At most about 8,000
  * characters are held back: a run of 4096 characters without a starter is treated as ended. A normalizer
- * belongs to one thread at a time. */
+ * belongs to one thread at a time. Null handles and texts, forms that aren't listed, and negative lengths other than the -1
+ * of a read stop the process. */
 
 #include <qv/runtime/qv_handles.h>
 #include <qv/runtime/qv_obj.h>
@@ -28,7 +29,7 @@ QV_API QV_STRING *qvUnicodeNormalFormToString( QV_UNICODE_NORMAL_FORM nf );
 
 QV_SORT_FUNCTIONS( QV_UNICODE_NORMALIZER, qvUnicodeNormalizer )
 
-/* A new normalizer that holds nothing. Its form never changes. */
+/* A new normalizer that holds nothing, owned by the caller. Its form never changes. */
 QV_API QV_UNICODE_NORMALIZER *qvUnicodeNormalizerCreate( QV_UNICODE_NORMAL_FORM normalForm );
 
 /* Writes one character. Any value is accepted: a high and a low surrogate in a row are one code point, all
