@@ -148,7 +148,7 @@ class Reader
         }
         advance();
         report.push_back( { std::string( name ), {}, {} } );
-        while ( peek().starts_with( indent ) )
+        while ( peek().starts_with( indent ) || continuesFact( report.back() ) )
         {
             if ( !( name == "STACK" ? readFrame( report.back() ) : readFact( report.back() ) ) )
                 return false;
@@ -163,9 +163,22 @@ class Reader
         return true;
     }
 
-    // "    Label     : value"
+    // A message may have several lines.
+    bool continuesFact( const Section &section ) const
+    {
+        std::string_view text = peek();
+        return !section.facts.empty() && !text.empty() && text[0] != ' ';
+    }
+
+    // "    Label     : value", or a further line of the value before, which gets an empty label.
     bool readFact( Section &section )
     {
+        if ( continuesFact( section ) )
+        {
+            section.facts.emplace_back( "", peek() );
+            advance();
+            return true;
+        }
         std::string_view text = peek().substr( indent.size() );
         std::string_view label = text.substr( 0, labelWidth );
         bool last = rest.find( '\n' ) == std::string_view::npos;
