@@ -87,10 +87,21 @@ TEST( Unique, NoTokenTwiceAcrossThreads )
     }
 }
 
-TEST( Timestamp, NeverNegative )
+// Also where a reading stands for some time, on any processor.
+TEST( Timestamp, TellsTheMillisecondOfTheClock )
 {
-    QV_INT before = qv___Timestamp();
-    EXPECT_LE( before, qv___Timestamp() );
+    QV_INT start = qv___Timestamp();
+    for ( QV_INT now = start; now < start + 30; )
+    {
+        QV_INT before = qv___Nanoseconds() / 1000000;
+        now = qv___Timestamp();
+        ASSERT_LE( before, now );
+        ASSERT_LE( now, qv___Nanoseconds() / 1000000 );
+    }
+}
+
+TEST( Timestamp, DifferenceIsNeverNegative )
+{
     EXPECT_EQ( 0, qvTimestampDiff( 5, 7 ) );
     EXPECT_EQ( 2, qvTimestampDiff( 7, 5 ) );
     EXPECT_EQ( QV_INT_MAX, qvTimestampDiff( QV_INT_MAX, -2 ) );
