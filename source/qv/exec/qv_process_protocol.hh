@@ -32,7 +32,7 @@ inline void processSchedule( ProcessFlags<Atomic> *flags, Host &host )
     // 1. The request comes first, so that step 8 of the execute finds it if step 2 fails.
     flags->extPending.turnOn();
     // 2. Whoever finds the process queued or running leaves the request to its thread.
-    if ( !flags->extScheduled.turnOn() )
+    if ( flags->extScheduled.isOn() || !flags->extScheduled.turnOn() )
         return;
     // 3. This caller has taken the request.
     flags->extPending.turnOff();

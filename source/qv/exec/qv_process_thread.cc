@@ -65,7 +65,9 @@ constinit QV_INT spinnerCount = 0;
 // threads, which under real-time scheduling would keep from running whoever has work for them.
 //
 // Someone who posts in a row would be interrupted for each request by a thread that is more urgent and quick. So a thread
-// now and then naps for a moment instead, in which requests gather without a wake, and goes on so while naps bring several.
+// now and then naps for a moment instead, in which requests gather without a wake, and goes on so while naps bring
+// several. They must come all through the nap, though: who posts some, waits for their runs and posts again would wait for
+// the end of the nap each time.
 class Spinner
 {
   public:
@@ -78,8 +80,7 @@ class Spinner
             return;
         if ( napping_.isDue() )
         {
-            qv::nap( NAP );
-            napped_ = true;
+            nap( thread );
         }
         else if ( places_ > 0 && spinning_.isDue() )
         {
@@ -93,10 +94,35 @@ class Spinner
     void note( const qv___ExecList *arrived )
     {
         if ( napped_ )
-            napping_.note( arrived->first != arrived->last );
+            napping_.note( arrived->first != arrived->last && arrived->last != early_ );
     }
 
   private:
+    // The first nap of a row, and one of several later, looks up in between for what has come early.
+    void nap( QV___PROCESS_THREAD *thread )
+    {
+        napped_ = true;
+        early_ = nullptr;
+        if ( napping_.isTrial() || ++napCount_ % LOOK_UP == 0 )
+        {
+            qv::nap( DOZE );
+            early_ = lastArrived( thread );
+            qv::nap( NAP - DOZE );
+        }
+        else
+        {
+            qv::nap( NAP );
+        }
+    }
+
+    static const qv___ExecListItem *lastArrived( QV___PROCESS_THREAD *thread )
+    {
+        lock( thread );
+        const qv___ExecListItem *last = thread->extQueue.last;
+        unlock( thread );
+        return last;
+    }
+
     // True if work came.
     static bool spin( QV___PROCESS_THREAD *thread )
     {
@@ -115,7 +141,11 @@ class Spinner
 
     // In nanoseconds.
     static constexpr QV_INT SPIN = 20000;
-    static constexpr long NAP = 20000;
+    static constexpr long DOZE = 10000;
+    static constexpr long NAP = 40000;
+
+    // Naps from one that looks up to the next.
+    static constexpr QV_INT LOOK_UP = 64;
 
     // Looks between two readings of the clock.
     static constexpr int ROUNDS = 16;
@@ -130,7 +160,9 @@ class Spinner
     QV_INT places_; // how many threads may spin
     qv::Habit spinning_;
     qv::Habit napping_;
+    QV_INT napCount_ = 0;
     bool napped_ = false;
+    const qv___ExecListItem *early_ = nullptr; // the last that had come when the nap looked up
 };
 
 // Moves what has arrived to the batch, after at most one wait.
@@ -152,12 +184,7 @@ void takeBatch( QV___PROCESS_THREAD *thread, qv___ExecList *batch, Spinner *spin
 void takeNext( qv___ExecList *queue, qv___ExecList *batch )
 {
     qv___ExecListAppendItem( queue, qv___ExecListRemoveFirstItem( batch ) );
-    // The next ones come into the cache while this one runs.
-    if ( batch->first )
-    {
-        qv::prefetchProcess( batch->first->owner );
-        __builtin_prefetch( batch->first->next, 1 );
-    }
+    qv::prefetchFrom( batch->first );
 }
 
 // The thread's own queue goes first and in order, then the batch, and only when both are empty what has arrived since. The
@@ -169,7 +196,10 @@ void runLoop( QV___PROCESS_THREAD *thread, qv___ExecList *batch )
     while ( !isHalted( thread ) )
     {
         if ( queue->first )
+        {
+            qv::prefetchFrom( queue->first->next );
             qv___ProcessExecute( queue->first->owner );
+        }
         else if ( batch->first )
             takeNext( queue, batch );
         else

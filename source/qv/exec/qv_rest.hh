@@ -25,6 +25,12 @@ class Habit
         return true;
     }
 
+    // Whether it isn't done each time, so that it is not known to work.
+    bool isTrial() const
+    {
+        return interval_ > 1;
+    }
+
     // Whether it worked when it was done last.
     void note( bool worked )
     {
