@@ -1,17 +1,11 @@
 // Encoding: layouts, escapes, charsets, and random round trips; the options and their store form.
 
+#include "support/test.hh"
 #include "json/support.hh"
 
-#include <qv/base/qv_store.h>
 #include <qv/json/qv_json_options.hh>
 
-using qv::Local;
-using test::Json;
-using test::json;
-using test::packed;
-using test::takeBytes;
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 namespace
 {
@@ -28,13 +22,7 @@ std::string encode( QV_JSON_VALUE *val, QV_JSON_FLAGS flags )
 
 TEST( JsonEncode, Layouts )
 {
-    struct Row
-    {
-        const char *content;
-        const char *lines;
-        const char *line;
-    };
-    const Row rows[] = {
+    const char *const rows[][3] = {
         { "{}", "{}\n", "{}" },
         { "[]", "[]\n", "[]" },
         { "1.50", "1.50\n", "1.50" },
@@ -44,16 +32,16 @@ TEST( JsonEncode, Layouts )
         { "{\"a\":{},\"b\":[[],{}]}", "{\n\t\"a\": {},\n\t\"b\": [\n\t\t[],\n\t\t{}\n\t]\n}\n",
           "{ \"a\": {}, \"b\": [ [], {} ] }" },
     };
-    for ( const Row &row : rows )
+    for ( auto &[content, lines, line] : rows )
     {
-        Json val = json( row.content );
+        Json val = json( content );
         ASSERT_TRUE( val );
-        EXPECT_EQ( encode( val, 0 ), row.lines );
-        EXPECT_EQ( takeBytes( qvJsonEncode( val ) ), row.lines );
-        EXPECT_EQ( takeUtf8( qvJsonEncodeToString( val ) ), row.lines );
-        EXPECT_EQ( encode( val, QV_JSON_FLAG_ENCODE_PACKED ), row.lines );
-        EXPECT_EQ( encode( val, singleLine ), row.line );
-        EXPECT_EQ( encode( val, packedLine ), row.content );
+        EXPECT_EQ( encode( val, 0 ), lines );
+        EXPECT_EQ( takeBytes( qvJsonEncode( val ) ), lines );
+        EXPECT_EQ( takeUtf8( qvJsonEncodeToString( val ) ), lines );
+        EXPECT_EQ( encode( val, QV_JSON_FLAG_ENCODE_PACKED ), lines );
+        EXPECT_EQ( encode( val, singleLine ), line );
+        EXPECT_EQ( encode( val, packedLine ), content );
     }
 }
 
@@ -61,9 +49,7 @@ TEST( JsonEncode, Escapes )
 {
     std::u32string all;
     for ( char32_t ch = 0; ch < 0x60; ch++ )
-    {
         all += ch;
-    }
     all += U"\x7F\u0085\u00E9\u2028\U0001F600";
     Json val( qvJsonValueCreateString( text( all ) ) );
     EXPECT_EQ(
@@ -105,7 +91,7 @@ TEST( JsonEncode, Options )
 
 TEST( JsonEncode, RandomRoundTrips )
 {
-    test::RandomJson random( 3 );
+    RandomJson random( 3 );
     for ( int round = 0; round < 2000; round++ )
     {
         Json val = random.value( 4 );
@@ -118,10 +104,10 @@ TEST( JsonEncode, RandomRoundTrips )
         Local<QV_JSON_DECODE_RESULT> ofString( qvJsonDecodeString( string, nullptr ) );
         Json decoded( qvJsonDecodeResultValue( ofString ) );
         ASSERT_TRUE( decoded ) << bytes;
-        ASSERT_TRUE( test::sameContent( decoded, val ) ) << bytes;
+        ASSERT_TRUE( sameContent( decoded, val ) ) << bytes;
         Json ofBytes = json( bytes );
         ASSERT_TRUE( ofBytes ) << bytes;
-        ASSERT_TRUE( test::sameContent( ofBytes, val ) ) << bytes;
+        ASSERT_TRUE( sameContent( ofBytes, val ) ) << bytes;
     }
 }
 
@@ -150,8 +136,7 @@ struct IntOption
     QV_BOOL ( *isDefault )( QV_JSON_OPTIONS * );
     void ( *reset )( QV_JSON_OPTIONS ** );
     const char *key;
-    QV_INT initial;
-    QV_INT other;
+    QV_INT initial, other;
 };
 
 #define OPTION( Name, key, initial, other )                                                                  \
@@ -222,9 +207,7 @@ TEST( JsonOptions, RestoreSkipsWhatItCantUse )
 {
     Local<QV_STORE> store( qvStoreCreate() );
     for ( const IntOption &option : intOptions )
-    {
         qvStoreSetValueCstr( store.edit(), option.key, -1, text( "nonsense" ) );
-    }
     qvStoreSetValueIntCstr( store.edit(), "decodeMaxDepth", -1, 0 );
     qvStoreSetStoreCstr( store.edit(), "encodeIndent", -1, store );
     Local<QV_JSON_OPTIONS> options( qvJsonOptionsRestore( store ) );

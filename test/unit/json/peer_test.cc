@@ -8,19 +8,12 @@
 //   pair becomes one character, and what isn't a pair is an error.
 // - A number may be of any size here, as its text is kept; there it must fit into a real.
 
+#include "support/test.hh"
 #include "json/support.hh"
 
-#include <qv/json/qv_json_options.h>
-
-#include <cmath>
-#include <cstdlib>
-#include <map>
 #include <nlohmann/json.hpp>
 
-using qv::Local;
-using test::Json;
-using test::takeUtf8;
-using test::text;
+using namespace test;
 using Peer = nlohmann::json;
 
 namespace
@@ -30,7 +23,7 @@ namespace
 std::u16string unitsOf( QV_STRING *string )
 {
     std::u16string units;
-    for ( char32_t ch : test::toU32( string ) )
+    for ( char32_t ch : toU32( string ) )
     {
         if ( ch < 0x10000 )
         {
@@ -61,10 +54,8 @@ bool isSameObject( QV_JSON_VALUE *val, const Peer &peer )
 {
     std::map<std::u16string, const Peer *> members;
     for ( auto member = peer.begin(); member != peer.end(); ++member )
-    {
         members[unitsOf( text( member.key() ) )] = &*member;
-    }
-    if ( qvJsonValueObjectMembersLength( val ) != static_cast<QV_INT>( members.size() ) )
+    if ( qvJsonValueObjectMembersLength( val ) != lengthOf( members ) )
         return false;
     for ( QV_INT idx = 0; idx < qvJsonValueObjectMembersLength( val ); idx++ )
     {
@@ -77,7 +68,7 @@ bool isSameObject( QV_JSON_VALUE *val, const Peer &peer )
 
 bool isSameArray( QV_JSON_VALUE *val, const Peer &peer )
 {
-    if ( qvJsonValueArrayLength( val ) != static_cast<QV_INT>( peer.size() ) )
+    if ( qvJsonValueArrayLength( val ) != lengthOf( peer ) )
         return false;
     for ( QV_INT idx = 0; idx < qvJsonValueArrayLength( val ); idx++ )
     {
@@ -176,8 +167,7 @@ Json decode( const std::string &content, QV_JSON_FLAGS flags, QV_INT maxDepth, Q
     Local<QV_JSON_OPTIONS> options( qvJsonOptionsCreate() );
     qvJsonOptionsSetFlags( options.edit(), flags );
     qvJsonOptionsSetDecodeMaxDepth( options.edit(), maxDepth );
-    Local<QV_JSON_DECODE_RESULT> result(
-        qvJsonDecodeWithOptions( test::bytes( content ), options, nullptr ) );
+    Local<QV_JSON_DECODE_RESULT> result( qvJsonDecodeWithOptions( bufferOf( content ), options, nullptr ) );
     Local<QV_JSON_DECODE_ERROR> error( qvJsonDecodeResultError( result ) );
     *code = error ? qvJsonDecodeErrorCode( error ) : -1;
     return Json( qvJsonDecodeResultValue( result ) );
@@ -200,22 +190,20 @@ Difference refusedHere( const std::string &content, QV_INT code, bool hasTwice )
 
 TEST( JsonPeer, DiffersAsIntended )
 {
-    test::RandomJson random( 17 );
+    RandomJson random( 17 );
     int agreed[2] = {};
     int differed[differences] = {};
     for ( int round = 0; round < 15000; round++ )
     {
         Local<QV_STRING> encoded( qvJsonEncodeToString( random.value( 3 ) ) );
-        std::u32string characters = test::toU32( encoded );
+        std::u32string characters = toU32( encoded );
         if ( characters.size() > 200 )
             continue;
         for ( char32_t &ch : characters )
-        {
             ch = ( ch & 0xFFFFF800 ) == 0xD800 && random.below( 50 ) ? U'x' : ch;
-        }
-        test::mutate( &characters, &random );
+        mutate( &characters, &random );
         Local<QV_BUFFER> bytes( qvCharsetConvertStringToBuffer( QV_CHARSET_UTF_8, text( characters ) ) );
-        std::string content = test::takeBytes( bytes.give() );
+        std::string content = takeBytes( bytes.give() );
         bool hasTwice;
         QV_INT code;
         Peer peer = peerOf( content, &hasTwice );
@@ -233,9 +221,7 @@ TEST( JsonPeer, DiffersAsIntended )
     EXPECT_GT( agreed[0], 1000 );
     EXPECT_GT( agreed[1], 1000 );
     for ( int difference = 0; difference < differences; difference++ )
-    {
         EXPECT_GT( differed[difference], 1 ) << difference << " of " << agreed[1];
-    }
 }
 
 } // namespace

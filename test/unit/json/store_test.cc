@@ -1,20 +1,13 @@
 // Stores as JSON and back: the mapping by tables, random round trips through all encodings, depth.
 
+#include "support/test.hh"
 #include "json/support.hh"
 #include "support/small_stack.hh"
 
 #include <qv/base/qv_store_encoding.hh>
-#include <qv/io/qv_message.h>
-#include <qv/io/qv_store_header.h>
 #include <qv/json/qv_json_store.hh>
 
-using qv::Local;
-using test::Json;
-using test::json;
-using test::packed;
-using test::takeBytes;
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 namespace
 {
@@ -24,7 +17,7 @@ constexpr QV_STORE_ENCODING jsonText = QV_STORE_ENCODING_HEADERLESS_JSON;
 
 Local<QV_STORE> decode( std::string_view content, QV_STORE_ENCODING enc )
 {
-    Local<QV_STORE_DECODE_RESULT> result( qvStoreDecodeHeaderless( test::bytes( content ), nullptr, enc ) );
+    Local<QV_STORE_DECODE_RESULT> result( qvStoreDecodeHeaderless( bufferOf( content ), nullptr, enc ) );
     return Local<QV_STORE>( qvStoreDecodeResultStore( result ) );
 }
 
@@ -72,6 +65,7 @@ TEST( JsonStore, ToStandardText )
         Local<QV_STORE> store( qvJsonConvertToStore( json( content ) ) );
         EXPECT_EQ( encode( store, standardText ), expected ) << content;
     }
+    EXPECT_DEATH( qvJsonConvertToStore( qv___JsonValueTrue ), "QV_JSON_TYPE_ARRAY" );
 }
 
 TEST( JsonStore, ArraysHints )
@@ -88,13 +82,12 @@ TEST( JsonStore, ArraysHints )
 
 TEST( JsonStore, HintsThatDontFitGiveStrings )
 {
-    struct Row
+    const struct
     {
         const char *text;
         QV___STORE_VALUE_HINTS hints;
         const char *expected;
-    };
-    const Row rows[] = {
+    } rows[] = {
         { "anything", QV___STORE_VALUE_HINT_NULL, "null" },
         { "maybe", QV___STORE_VALUE_HINT_BOOL, "\"maybe\"" },
         { "1", QV___STORE_VALUE_HINT_BOOL, "true" },
@@ -106,7 +99,7 @@ TEST( JsonStore, HintsThatDontFitGiveStrings )
         { "1.5", QV___STORE_VALUE_HINT_INT | QV___STORE_VALUE_HINT_REAL, "1.500000" },
         { "17", 0, "\"17\"" },
     };
-    for ( const Row &row : rows )
+    for ( const auto &row : rows )
     {
         Local<QV___STORE_VALUE> value( qv___StoreValueCreateWithHints( text( row.text ), row.hints ) );
         EXPECT_EQ( packed( Json( qv___JsonConvertValueFromStoreValue( value ) ) ), row.expected ) << row.text;
@@ -123,9 +116,9 @@ TEST( JsonStore, LocationsAreKept )
     Json val( qvJsonConvertFromStore( store ) );
     Json member( qvJsonValueObjectMemberValueAt( val, 1 ) );
     Json item( qvJsonValueArrayAt( member, 0 ) );
-    EXPECT_EQ( test::takeLocation( qvJsonValueLocation( val ) ), "1:1" );
-    EXPECT_EQ( test::takeLocation( qvJsonValueLocation( member ) ), "2:3" );
-    EXPECT_EQ( test::takeLocation( qvJsonValueLocation( item ) ), "2:5" );
+    EXPECT_EQ( takePlace( qvJsonValueLocation( val ) ), "1:1" );
+    EXPECT_EQ( takePlace( qvJsonValueLocation( member ) ), "2:3" );
+    EXPECT_EQ( takePlace( qvJsonValueLocation( item ) ), "2:5" );
     Local<QV_STORE> back( qvJsonConvertToStore( val ) );
     EXPECT_TRUE( qvStoreEquals( back, store ) );
 }
@@ -139,7 +132,7 @@ Local<QV_STORE> passed( QV_STORE *store, QV_STORE_ENCODING enc )
     // Without a header, text would be taken as standard text first.
     if ( qvStoreEncodingIsHeaderless( enc ) )
         return decode( content, enc );
-    return Local<QV_STORE>( qvStoreTryDecode( test::bytes( content ), nullptr, nullptr ) );
+    return Local<QV_STORE>( qvStoreTryDecode( bufferOf( content ), nullptr, nullptr ) );
 }
 
 bool isLegacy( QV_STORE_ENCODING enc )
@@ -156,15 +149,13 @@ std::string plainForm( QV_STORE *store )
 
 TEST( JsonStore, RandomRoundTripsThroughEveryPairOfEncodings )
 {
-    test::RandomJson random( 11 );
+    RandomJson random( 11 );
     for ( int round = 0; round < 60; round++ )
     {
         std::string content = packed( round % 2 ? random.object( 3, true ) : random.array( 3, true ) );
         // Lines of legacy text also end at a line separator.
         for ( size_t at; ( at = content.find( "\xE2\x80\xA8" ) ) != content.npos; )
-        {
             content.replace( at, 3, "-" );
-        }
         Local<QV_STORE> store( qvJsonConvertToStore( json( content ) ) );
         ASSERT_EQ( packedStore( store ), content );
         ASSERT_EQ( encode( store, jsonText ), takeBytes( qvJsonEncode( json( content ) ) ) );
@@ -188,7 +179,7 @@ TEST( JsonStore, RandomRoundTripsThroughEveryPairOfEncodings )
 
 TEST( JsonStore, DecodeErrors )
 {
-    Local<QV_STORE_DECODE_RESULT> result( qvStoreDecodeHeaderless( test::bytes( "[1" ), nullptr, jsonText ) );
+    Local<QV_STORE_DECODE_RESULT> result( qvStoreDecodeHeaderless( bufferOf( "[1" ), nullptr, jsonText ) );
     Local<QV_STORE_DECODE_ERROR> error( qvStoreDecodeResultError( result ) );
     ASSERT_TRUE( error );
     EXPECT_EQ( qvStoreDecodeErrorCode( error ), QV_STORE_DECODE_ERROR_CODE_JSON_ENCODING );
@@ -199,16 +190,16 @@ TEST( JsonStore, DecodeErrors )
 
     for ( const char *content : { "1", "null", "\"x\"" } )
     {
-        result.take( qvStoreDecodeHeaderless( test::bytes( content ), nullptr, jsonText ) );
+        result.take( qvStoreDecodeHeaderless( bufferOf( content ), nullptr, jsonText ) );
         error.take( qvStoreDecodeResultError( result ) );
         ASSERT_TRUE( error );
         EXPECT_EQ( qvStoreDecodeErrorCode( error ), QV_STORE_DECODE_ERROR_CODE_JSON_VALUE );
     }
     // Bytes that aren't text give the location of their first one.
-    Local<QV_LOCATION> base = test::location( 4, 2 );
-    result.take( qvStoreDecodeHeaderless( test::bytes( "\xFF" ), base, jsonText ) );
+    Local<QV_LOCATION> base = location( 4, 2 );
+    result.take( qvStoreDecodeHeaderless( bufferOf( "\xFF" ), base, jsonText ) );
     error.take( qvStoreDecodeResultError( result ) );
-    EXPECT_EQ( test::takeLocation( qvStoreDecodeErrorLocation( error ) ), "4:2" );
+    EXPECT_EQ( takePlace( qvStoreDecodeErrorLocation( error ) ), "4:2" );
 }
 
 TEST( JsonStore, Detection )
@@ -221,7 +212,7 @@ TEST( JsonStore, Detection )
     };
     for ( auto [content, expected] : rows )
     {
-        Local<QV_STORE> store( qvStoreTryDecode( test::bytes( content ), nullptr, nullptr ) );
+        Local<QV_STORE> store( qvStoreTryDecode( bufferOf( content ), nullptr, nullptr ) );
         ASSERT_TRUE( store ) << content;
         EXPECT_EQ( packedStore( store ), expected );
     }
@@ -229,21 +220,16 @@ TEST( JsonStore, Detection )
 
 TEST( JsonStore, DepthNeedsNoStack )
 {
-    bool done = test::runOnSmallStack( [] {
+    bool done = runOnSmallStack( [] {
         for ( bool objects : { false, true } )
         {
-            Json val = test::nest( 300000, objects );
+            Json val = nest( 300000, objects );
             Local<QV_STORE> store( qvJsonConvertToStore( val ) );
             Json back( qvJsonConvertFromStore( store ) );
-            EXPECT_TRUE( test::sameContent( back, val ) );
+            EXPECT_TRUE( sameContent( back, val ) );
         }
     } );
     EXPECT_TRUE( done );
-}
-
-TEST( JsonStoreDeathTest, OnlyObjectsAndArrays )
-{
-    EXPECT_DEATH( qvJsonConvertToStore( qv___JsonValueTrue ), "QV_JSON_TYPE_ARRAY" );
 }
 
 } // namespace

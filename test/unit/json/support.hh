@@ -3,54 +3,28 @@
 
 // JSON values for tests: from literal text, as text, and random ones.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
 
-#include <random>
-#include <string>
-#include <string_view>
-
-#include <qv/base/qv_buffer.h>
-#include <qv/io/qv_location.h>
-#include <qv/json/qv_json_decode.h>
-#include <qv/json/qv_json_encode.h>
 #include <qv/json/qv_json_value.hh>
-
-#include "support/text.hh"
 
 namespace test
 {
 
-using Json = qv::Local<QV_JSON_VALUE>;
-
-inline qv::Local<QV_BUFFER> bytes( std::string_view content )
-{
-    return qv::Local<QV_BUFFER>( qvBufferCreateFromBytesCopy(
-        reinterpret_cast<const unsigned char *>( content.data() ), static_cast<QV_INT>( content.size() ) ) );
-}
-
-// The content of a buffer that the caller hands over, "none" for null.
-inline std::string takeBytes( QV_BUFFER *given )
-{
-    qv::Local<QV_BUFFER> buffer( given );
-    if ( !buffer )
-        return "none";
-    return std::string( reinterpret_cast<const char *>( qvBufferBacking( buffer ) ),
-                        static_cast<size_t>( qvBufferLength( buffer ) ) );
-}
+using Json = Local<QV_JSON_VALUE>;
 
 // Line and column of a location that the caller hands over, "none" for null.
-inline std::string takeLocation( QV_LOCATION *given )
+inline std::string takePlace( QV_LOCATION *given )
 {
-    qv::Local<QV_LOCATION> location( given );
+    Local<QV_LOCATION> location( given );
     if ( !location )
         return "none";
     return std::to_string( qvLocationLine( location ) ) + ":" +
            std::to_string( qvLocationColumn( location ) );
 }
 
-inline qv::Local<QV_LOCATION> location( QV_INT line, QV_INT column )
+inline Local<QV_LOCATION> location( QV_INT line, QV_INT column )
 {
-    qv::Local<QV_LOCATION> loc( qvLocationCreate() );
+    Local<QV_LOCATION> loc( qvLocationCreate() );
     qvLocationSetLine( loc.edit(), line );
     qvLocationSetColumn( loc.edit(), column );
     return loc;
@@ -59,7 +33,7 @@ inline qv::Local<QV_LOCATION> location( QV_INT line, QV_INT column )
 // The value of a text, null if it is none.
 inline Json json( std::string_view content )
 {
-    qv::Local<QV_JSON_DECODE_RESULT> result( qvJsonDecode( bytes( content ), nullptr ) );
+    Local<QV_JSON_DECODE_RESULT> result( qvJsonDecode( bufferOf( content ), nullptr ) );
     return Json( qvJsonDecodeResultValue( result ) );
 }
 
@@ -122,9 +96,7 @@ class RandomJson
         Json val( qvJsonValueCreateArray() );
         int items = below( 8 ) == 0 ? below( 90 ) : below( 6 );
         for ( int idx = 0; idx < items; idx++ )
-        {
             qvJsonValueArrayAppend( val.edit(), value( depth - 1, exact ) );
-        }
         return val;
     }
 
@@ -138,9 +110,7 @@ class RandomJson
         std::string text = below( 2 ) ? "-" : "";
         text += below( 3 ) ? std::to_string( 1 + below( 999999 ) ) : "0";
         for ( int more = below( 4 ) == 0 && text.back() != '0' ? below( 40 ) : 0; more > 0; more-- )
-        {
             text += static_cast<char>( '0' + below( 10 ) );
-        }
         if ( below( 2 ) )
             text += "." + std::to_string( below( 99999 ) );
         if ( below( 3 ) == 0 )
@@ -152,28 +122,24 @@ class RandomJson
         return text;
     }
 
-    qv::Local<QV_STRING> string()
+    Local<QV_STRING> string()
     {
         static constexpr char32_t chars[] = { 0,    1,      8,      9,      10,     12,      13,
                                               0x1F, ' ',    '"',    '/',    '\\',   0x7F,    0x80,
                                               0xE9, 0x2028, 0xD800, 0xDFFF, 0xFFFF, 0x1F600, 0x10FFFF };
         std::u32string text;
         for ( int length = below( 5 ) == 0 ? below( 100 ) : below( 9 ); length > 0; length-- )
-        {
             text += below( 4 ) == 0 ? chars[below( static_cast<int>( std::size( chars ) ) )]
                                     : static_cast<char32_t>( 'a' + below( 26 ) );
-        }
         return test::text( text );
     }
 
-    qv::Local<QV_STRING> address()
+    Local<QV_STRING> address()
     {
         static constexpr char chars[] = "-.0123456789AZ_abz";
         std::string text;
         for ( int length = 1 + below( 7 ); length > 0; length-- )
-        {
             text += chars[below( static_cast<int>( sizeof( chars ) ) - 1 )];
-        }
         return test::text( text );
     }
 
@@ -214,7 +180,7 @@ inline void mutate( std::u32string *content, RandomJson *random )
 inline Json nest( QV_INT depth, bool objects )
 {
     Json val( qvJsonValueCreateInt( 1 ) );
-    qv::Local<QV_STRING> name = test::text( "a" );
+    Local<QV_STRING> name = test::text( "a" );
     for ( QV_INT level = 0; level < depth; level++ )
     {
         Json outer( objects ? qvJsonValueCreateObject() : qvJsonValueCreateArray() );

@@ -12,9 +12,7 @@ ChildResult runInChild( const std::function<int()> &function )
 {
     int ends[2];
     if ( pipe( ends ) != 0 )
-    {
         return { -1, "no pipe" };
-    }
     qvRuntimeShutdown();
     pid_t child = fork();
     if ( child == 0 )
@@ -29,9 +27,7 @@ ChildResult runInChild( const std::function<int()> &function )
     ChildResult result = { -1, "" };
     char block[4096];
     for ( ssize_t length; ( length = read( ends[0], block, sizeof( block ) ) ) > 0; )
-    {
         result.output.append( block, static_cast<size_t>( length ) );
-    }
     close( ends[0] );
     waitpid( child, &result.status, 0 );
     return result;

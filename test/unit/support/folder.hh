@@ -3,18 +3,10 @@
 
 // Paths and files for tests: paths from texts, and a temporary folder that vanishes with all that is in it.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <string>
-#include <string_view>
-
-#include <qv/io/qv_path.h>
-
-#include "support/text.hh"
 
 namespace test
 {

@@ -3,19 +3,9 @@
 
 // Streams whose other end is in the hands of a test.
 
-#include <algorithm>
-#include <cstdint>
-#include <vector>
+#include "support/test.hh"
 
 #include <qv/base/qv_boxed_pointer.hh>
-#include <qv/base/qv_buffer.hh>
-#include <qv/base/qv_string.hh>
-#include <qv/io/qv_byte_sink.h>
-#include <qv/io/qv_byte_source.h>
-#include <qv/io/qv_char_sink.h>
-#include <qv/io/qv_char_source.h>
-#include <qv/io/qv_stream_author.h>
-#include <qv/runtime/qv_local.hh>
 
 namespace test
 {
@@ -58,9 +48,9 @@ template <typename UNIT> struct Tap
     }
 
     // A closure for the stream's functions. The tap outlives it.
-    qv::Local<QV___BOXED_POINTER> closure()
+    Local<QV___BOXED_POINTER> closure()
     {
-        return qv::Local<QV___BOXED_POINTER>(
+        return Local<QV___BOXED_POINTER>(
             qv___BoxedPointerCreate( this, []( void *tap ) { static_cast<Tap *>( tap )->freed = true; } ) );
     }
 
@@ -92,35 +82,39 @@ template <typename UNIT> struct Tap
 };
 
 // The byte and the character streams under the same names, so that one test drives both.
-struct Bytes
+template <typename UNIT, typename SINK, typename SOURCE, typename VALUE, auto CREATE_SINK, auto CREATE_VALUE,
+          auto BACKING, auto LENGTH>
+struct Streams
 {
-    using Unit = unsigned char;
-    using Sink = QV_BYTE_SINK;
-    using Source = QV_BYTE_SOURCE;
-    using Value = QV_BUFFER;
+    using Unit = UNIT;
+    using Sink = SINK;
+    using Source = SOURCE;
+    using Value = VALUE;
 
-    static qv::Local<Sink> sink( Tap<Unit> &tap )
+    static Local<SINK> sink( Tap<UNIT> &tap )
     {
-        return qv::Local<Sink>( qv___ByteSinkCreate( tap.writeFunc, tap.flushFunc,
-                                                     qv::objOf<QV___BOXED_POINTER>( tap.closure() ) ) );
+        return Local<SINK>(
+            CREATE_SINK( tap.writeFunc, tap.flushFunc, qv::objOf<QV___BOXED_POINTER>( tap.closure() ) ) );
     }
 
-    static qv::Local<Source> source( Tap<Unit> &tap )
+    static Local<VALUE> value( const std::vector<UNIT> &units )
     {
-        return qv::Local<Source>(
+        return Local<VALUE>( CREATE_VALUE( units.data(), lengthOf( units ) ) );
+    }
+
+    static std::vector<UNIT> units( VALUE *value )
+    {
+        return std::vector<UNIT>( BACKING( value ), BACKING( value ) + LENGTH( value ) );
+    }
+};
+
+struct Bytes : Streams<unsigned char, QV_BYTE_SINK, QV_BYTE_SOURCE, QV_BUFFER, qv___ByteSinkCreate,
+                       qvBufferCreateFromBytesCopy, qvBufferBacking, qvBufferLength>
+{
+    static Local<Source> source( Tap<Unit> &tap )
+    {
+        return Local<Source>(
             qv___ByteSourceCreate( tap.readFunc, nullptr, qv::objOf<QV___BOXED_POINTER>( tap.closure() ) ) );
-    }
-
-    static qv::Local<Value> value( const std::vector<Unit> &units )
-    {
-        return qv::Local<Value>(
-            qvBufferCreateFromBytesCopy( units.data(), static_cast<QV_INT>( units.size() ) ) );
-    }
-
-    static std::vector<Unit> units( Value *value )
-    {
-        const Unit *first = qvBufferBacking( value );
-        return std::vector<Unit>( first, first + qvBufferLength( value ) );
     }
 
     static constexpr auto write = qvByteSinkWrite;
@@ -137,35 +131,13 @@ struct Bytes
     static constexpr auto sourceError = qvByteSourceError;
 };
 
-struct Chars
+struct Chars : Streams<QV_CHAR, QV_CHAR_SINK, QV_CHAR_SOURCE, QV_STRING, qv___CharSinkCreate,
+                       qvStringCreateFromCharsCopy, qvStringBacking, qvStringLength>
 {
-    using Unit = QV_CHAR;
-    using Sink = QV_CHAR_SINK;
-    using Source = QV_CHAR_SOURCE;
-    using Value = QV_STRING;
-
-    static qv::Local<Sink> sink( Tap<Unit> &tap )
+    static Local<Source> source( Tap<Unit> &tap )
     {
-        return qv::Local<Sink>( qv___CharSinkCreate( tap.writeFunc, tap.flushFunc,
-                                                     qv::objOf<QV___BOXED_POINTER>( tap.closure() ) ) );
-    }
-
-    static qv::Local<Source> source( Tap<Unit> &tap )
-    {
-        return qv::Local<Source>(
+        return Local<Source>(
             qv___CharSourceCreate( tap.readFunc, qv::objOf<QV___BOXED_POINTER>( tap.closure() ) ) );
-    }
-
-    static qv::Local<Value> value( const std::vector<Unit> &units )
-    {
-        return qv::Local<Value>(
-            qvStringCreateFromCharsCopy( units.data(), static_cast<QV_INT>( units.size() ) ) );
-    }
-
-    static std::vector<Unit> units( Value *value )
-    {
-        const Unit *first = qvStringBacking( value );
-        return std::vector<Unit>( first, first + qvStringLength( value ) );
     }
 
     static constexpr auto write = qvCharSinkWrite;
@@ -187,9 +159,7 @@ template <typename UNIT> std::vector<UNIT> countingUnits( QV_INT count, UNIT fir
 {
     std::vector<UNIT> units;
     for ( QV_INT idx = 0; idx < count; idx++ )
-    {
         units.push_back( static_cast<UNIT>( ( first + idx * 7 ) % 251 ) );
-    }
     return units;
 }
 

@@ -3,10 +3,7 @@
 
 // Objects that write down what becomes of them: who was freed in which order, and how many compares ran.
 
-#include <vector>
-
-#include <qv/runtime/qv_author.h>
-#include <qv/runtime/qv_local.hh>
+#include "support/test.hh"
 
 namespace test
 {
@@ -38,12 +35,7 @@ inline QV_INT tracedCompare( qvObj objA, qvObj objB )
 inline qv___Sort tracedSort = { QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ),
                                 &qv___module,
                                 "QV_TEST_TRACED",
-                                { tracedFree, tracedCompare, nullptr },
-                                0,
-                                nullptr,
-                                nullptr,
-                                nullptr,
-                                nullptr };
+                                { tracedFree, tracedCompare, nullptr } };
 
 // A new object, ordered by its id. Clear tracedFrees and tracedCompares before what is to be watched.
 inline qv::Local<qv___Obj> traced( int id )
