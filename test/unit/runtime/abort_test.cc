@@ -1,23 +1,10 @@
 // The crash report: its text for each cause, its file, and that the process ends in time whatever is broken.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
+#include "heap.hh"
+#include "support/child.hh"
+#include "support/folder.hh"
 
-#include <chrono>
-#include <csignal>
-#include <cstdint>
-#include <fcntl.h>
-#include <filesystem>
-#include <regex>
-#include <string>
-#include <sys/mman.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
-#include <vector>
-
-#include <qv/exec/qv_thread.h>
-#include <qv/runtime/qv_runtime.h>
 #include <qv/runtime/qv_runtime_hardware.hh>
 #include <qv/runtime/qv_runtime_os.hh>
 #include <qv/runtime/qv_runtime_variant.hh>
@@ -25,15 +12,19 @@
 #include <qv/sys/qv_abort.hh>
 #include <qv/sys/qv_abort_report.hh>
 
-#include "heap.hh"
-#include "support/child.hh"
-#include "support/folder.hh"
-#include "support/text.hh"
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <regex>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace
 {
 
-using test::text;
+using namespace test;
 
 #if QV_TEST_OWN_HEAP
 constexpr bool sanitized = false;
@@ -67,7 +58,7 @@ struct Ending
     std::string filed;              // in the first one
 };
 
-std::string nameIn( const test::TemporaryFolder &folder, const Crash &crash, const char *what )
+std::string nameIn( const TemporaryFolder &folder, const Crash &crash, const char *what )
 {
     return folder.name( crash.name + what );
 }
@@ -78,7 +69,7 @@ double now()
 }
 
 // Tells when it crashes, which on a busy machine may be long after its start.
-[[noreturn]] void crashHere( const test::TemporaryFolder &folder, const Crash &crash, double *start )
+[[noreturn]] void crashHere( const TemporaryFolder &folder, const Crash &crash, double *start )
 {
     struct rlimit noCore = {};
     setrlimit( RLIMIT_CORE, &noCore );
@@ -93,7 +84,7 @@ double now()
     _exit( 0 );
 }
 
-Ending endingOf( const test::TemporaryFolder &folder, const Crash &crash )
+Ending endingOf( const TemporaryFolder &folder, const Crash &crash )
 {
     Ending ending;
     ending.shown = folder.read( crash.name + ".err" );
@@ -108,7 +99,7 @@ Ending endingOf( const test::TemporaryFolder &folder, const Crash &crash )
 // All at once, since those that hang take their seconds. A child that doesn't end is killed.
 std::vector<Ending> crashAll( const std::vector<Crash> &crashes )
 {
-    test::TemporaryFolder folder;
+    TemporaryFolder folder;
     std::vector<pid_t> children;
     const double begin = now();
     auto *starts = static_cast<double *>( mmap( nullptr, crashes.size() * sizeof( double ),
@@ -119,28 +110,22 @@ std::vector<Ending> crashAll( const std::vector<Crash> &crashes )
         folder.makeFolder( crash.name );
         children.push_back( fork() );
         if ( children.back() == 0 )
-        {
             crashHere( folder, crash, starts + children.size() - 1 );
-        }
     }
-    test::startRuntime();
+    startRuntime();
     std::vector<int> statuses( crashes.size() );
     std::vector<double> times( crashes.size() );
     for ( size_t left = crashes.size(); left > 0; usleep( 5000 ) )
-    {
         for ( size_t idx = 0; idx < crashes.size(); idx++ )
         {
             if ( times[idx] == 0 && now() > begin + 60 )
-            {
                 kill( children[idx], SIGKILL );
-            }
             if ( times[idx] == 0 && waitpid( children[idx], &statuses[idx], WNOHANG ) == children[idx] )
             {
                 times[idx] = now() - starts[idx];
                 left--;
             }
         }
-    }
     std::vector<Ending> endings;
     for ( size_t idx = 0; idx < crashes.size(); idx++ )
     {
@@ -162,7 +147,7 @@ std::string escaped( const std::string &text )
 std::string headPattern()
 {
     const std::string stars = "  " + std::string( 70, '*' ) + "\n";
-    const std::string version = test::takeUtf8( qvRuntimeVersionProductVersion() );
+    const std::string version = takeUtf8( qvRuntimeVersionProductVersion() );
     return escaped(
         stars + "  * ABNORMAL PROGRAM TERMINATION                                       *\n" + stars +
         "\n  PRODUCT\n    Name      : " + qv___RuntimeVersionProductNameCstr() +
@@ -183,10 +168,8 @@ bool isStack( const std::string &rest )
     bool good = line.empty() && std::getline( lines, line ) && line == "  STACK";
     size_t count = 0;
     for ( ; std::getline( lines, line ); count++ )
-    {
         good = good && line.starts_with( "    " ) && line.ends_with( "]" ) &&
                line.find( "[0x" ) != std::string::npos;
-    }
     return good && count > 3 && count <= 4000;
 }
 
@@ -474,13 +457,11 @@ void holdStreamAndCrash()
     } ).join();
 }
 
-template <test::HeapFault FAULT> void crashInHeap()
+template <HeapFault FAULT> void crashInHeap()
 {
-    test::breakHeap( FAULT );
-    if ( FAULT == test::HeapFault::hangs )
-    {
+    breakHeap( FAULT );
+    if ( FAULT == HeapFault::hangs )
         writeAt( 16 );
-    }
     free( malloc( 10 ) );
 }
 
@@ -510,16 +491,13 @@ TEST( CrashReport, EndsInTimeWhateverIsBroken )
     };
     if ( !sanitized )
     {
-        using test::HeapFault;
         rows.push_back( { { "heap_hangs", crashInHeap<HeapFault::hangs>, "" }, shows } );
         rows.push_back( { { "heap_faults", crashInHeap<HeapFault::faultsThenHangs>, "" }, shows } );
         rows.push_back( { { "heap_faults_again", crashInHeap<HeapFault::faultsEveryTime>, "" }, shows } );
     }
     std::vector<Crash> crashes;
     for ( const Row &row : rows )
-    {
         crashes.push_back( row.crash );
-    }
     std::vector<Ending> endings = crashAll( crashes );
     for ( size_t idx = 0; idx < rows.size(); idx++ )
     {
@@ -528,13 +506,9 @@ TEST( CrashReport, EndsInTimeWhateverIsBroken )
         expectAborted( endings[idx], crash );
         EXPECT_GT( sanitized ? 10 : 5, endings[idx].seconds ) << crash.name;
         if ( rows[idx].proof >= files )
-        {
             expectReport( endings[idx].filed, crash );
-        }
         if ( rows[idx].proof == shows )
-        {
             expectReport( withoutGaps( endings[idx].shown ), crash );
-        }
     }
 }
 

@@ -35,15 +35,11 @@ void *malloc( size_t size )
     if ( heapFault == test::HeapFault::faultsThenHangs || heapFault == test::HeapFault::faultsEveryTime )
     {
         if ( heapFault == test::HeapFault::faultsThenHangs )
-        {
             heapFault = test::HeapFault::hangs;
-        }
         raise( SIGSEGV );
     }
     while ( heapFault == test::HeapFault::hangs )
-    {
         pause();
-    }
     blocks++;
     return __libc_malloc( size );
 }

@@ -1,42 +1,23 @@
 // Loading, registering and unloading modules. Each case starts the runtime in a child process and compares all that the
 // modules' hooks and the runtime print.
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <functional>
-#include <iterator>
-#include <link.h>
-#include <string>
-#include <sys/wait.h>
-#include <thread>
-#include <vector>
-
-#include <qv/base/qv_alert.h>
-#include <qv/base/qv_string.h>
-#include <qv/base/qv_vector.h>
-#include <qv/runtime/qv_local.hh>
-#include <qv/runtime/qv_module.hh>
-#include <qv/io/qv_message_sink.h>
-#include <qv/runtime/qv_print.hh>
-#include <qv/runtime/qv_runtime_modules.hh>
-
-#include <qv_build.hh>
-
+#include "support/test.hh"
 #include "support/child.hh"
 #include "support/folder.hh"
-#include "support/text.hh"
+
+#include <qv/runtime/qv_module.hh>
+#include <qv/runtime/qv_print.hh>
+#include <qv/runtime/qv_runtime_modules.hh>
+#include <qv_build.hh>
+
+#include <fstream>
+#include <link.h>
+#include <sys/wait.h>
 
 namespace
 {
 
-using qv::Local;
-using test::text;
+using namespace test;
 
 std::atomic<bool> objectsReported = false;
 
@@ -55,7 +36,7 @@ void say( const std::string &line )
 std::string loadedModules()
 {
     Local<QV_VECTOR> modules( qvRuntimeModulesVector() );
-    return test::takeUtf8( qvVectorToString( modules ) );
+    return takeUtf8( qvVectorToString( modules ) );
 }
 
 void load( const char *name )
@@ -64,10 +45,10 @@ void load( const char *name )
     say( std::string( name ) + ( loaded ? ": loaded" : ": failed" ) );
 }
 
-test::ChildResult run( const std::function<void()> &body, QV_INT flags = 0, QV_INT timeout = -1,
-                       const char *modules = QV_TEST_MODULES )
+ChildResult run( const std::function<void()> &body, QV_INT flags = 0, QV_INT timeout = -1,
+                 const char *modules = QV_TEST_MODULES )
 {
-    return test::runInChild( [&] {
+    return runInChild( [&] {
         setenv( "JN_QV_BIN_PATH", modules, 1 );
         qvRuntimeStartup( flags, timeout, printLine, nullptr, nullptr, nullptr );
         body();
@@ -79,7 +60,7 @@ test::ChildResult run( const std::function<void()> &body, QV_INT flags = 0, QV_I
 // What the body prints, the shutdown included.
 std::string outputOf( const std::function<void()> &body, QV_INT flags = 0 )
 {
-    test::ChildResult result = run( body, flags );
+    ChildResult result = run( body, flags );
     EXPECT_EQ( 0, result.status );
     return result.output;
 }
@@ -91,7 +72,7 @@ TEST( Modules, DiamondWithExtensions )
         load( "top" );
         say( loadedModules() );
         Local<QV_MODULE> module( qvRuntimeModule( text( "left" ) ) );
-        say( module ? test::takeUtf8( qvModuleDescription( module ) ) : "none" );
+        say( module ? takeUtf8( qvModuleDescription( module ) ) : "none" );
         say( qvRuntimeModule( text( "nowhere" ) ) ? "some" : "none" );
         say( qvModuleHasDependency( module, text( "bottom" ) ) ? "depends" : "free" );
         qvRuntimeUnloadAllModules();
@@ -119,9 +100,7 @@ TEST( Modules, FailuresLeaveTheTablesAlone )
 {
     auto body = [] {
         for ( const char *name : { "nowhere", "nosymbol", "renamed", "newer" } )
-        {
             load( name );
-        }
         say( loadedModules() );
         load( "orphan" );
         load( "refusing" );
@@ -154,7 +133,7 @@ TEST( Modules, DamagedFiles )
     std::string whole{ std::istreambuf_iterator<char>( file ), std::istreambuf_iterator<char>() };
     const size_t end = segmentsEnd( whole );
     ASSERT_LT( end, whole.size() );
-    test::TemporaryFolder folder;
+    TemporaryFolder folder;
     auto loadFirst = [&]( size_t length ) {
         folder.write( "libqv-bottom.so", whole.substr( 0, length ) );
         return qvRuntimeTryLoadModule( text( "bottom" ) );
@@ -192,9 +171,7 @@ TEST( Modules, DamagedFiles )
                       cut = refusal + "file too short\nbottom: failed\n";
     size_t refusals = 0;
     for ( size_t at = 0; ( at = output.find( refusal, at ) ) != std::string::npos; at++ )
-    {
         refusals++;
-    }
     EXPECT_EQ( std::size( damaged ), refusals ) << output;
     EXPECT_TRUE( output.ends_with( cut ) ) << output;
 }
@@ -213,15 +190,7 @@ TEST( Modules, ThreadsLoadOnce )
                     say( state );
             }
         } );
-        std::vector<std::thread> threads;
-        for ( int count = 0; count < 4; count++ )
-        {
-            threads.emplace_back( [&] { loaded = qvRuntimeTryLoadModule( text( "top" ) ) && loaded; } );
-        }
-        for ( std::thread &thread : threads )
-        {
-            thread.join();
-        }
+        runOnThreads( 4, [&]( size_t ) { loaded = qvRuntimeTryLoadModule( text( "top" ) ) && loaded; } );
         done = true;
         reader.join();
         say( loaded ? "loaded" : "failed" );
@@ -262,7 +231,7 @@ TEST( Modules, SeveralNamesAtOnce )
 
 TEST( Modules, CycleStopsTheProcess )
 {
-    test::ChildResult result = run( [] { load( "circle_a" ); } );
+    ChildResult result = run( [] { load( "circle_a" ); } );
     EXPECT_TRUE( WIFSIGNALED( result.status ) );
     EXPECT_NE( std::string::npos, result.output.find( "!qvDictHasStringKey( qv___RuntimeLoadingDict" ) )
         << result.output;
@@ -284,9 +253,7 @@ TEST( Modules, DebugLines )
                outputOf( loadBottom, debug | dependencyDebug ) );
     auto loadBad = [] {
         for ( const char *name : { "nowhere", "nosymbol", "renamed", "newer" } )
-        {
             qvRuntimeTryLoadModule( text( name ) );
-        }
     };
     std::string output = outputOf( loadBad, debug );
     size_t at = 0;
@@ -306,9 +273,14 @@ TEST( Modules, DebugLines )
 
 extern QV_MODULE linked;
 
-const QV_MODULE_RECORD linkedRecord = {
-    2,     nullptr, nullptr, -1, -1, -1, nullptr, nullptr, nullptr, "linked", "In the test itself",
-    "2.1", "",      "" };
+constexpr QV_MODULE_RECORD recordOf( const char *name, const char *description, const char *version,
+                                     const char *dependencies, const char *extensions )
+{
+    return { 2,       nullptr, nullptr, -1,          -1,      -1,           nullptr,
+             nullptr, nullptr, name,    description, version, dependencies, extensions };
+}
+
+const QV_MODULE_RECORD linkedRecord = recordOf( "linked", "In the test itself", "2.1", "", "" );
 
 QV_BOOL echo( QV_VECTOR *argv, QV_MESSAGE_SINK *out, void *arg )
 {
@@ -322,54 +294,24 @@ QV_MODULE linked = { QV___STATIC_HEADER( QV___OBJ_TYPE_MODULE ),
                      nullptr,
                      [] { say( "shutdown linked" ); },
                      [] { say( "finalize linked" ); },
-                     echo,
-                     0,
-                     nullptr,
-                     nullptr };
+                     echo };
 
 QV_STRING *linkedText( qvObj )
 {
     return text( "a \"text\"" ).give();
 }
 
-QV_SORT linkedSort = { QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ),
-                       &linked,
-                       "LINKED",
-                       { .toStringFunc = linkedText },
-                       0,
-                       nullptr,
-                       nullptr,
-                       nullptr,
-                       nullptr };
-QV_SORT plainSort = { QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ),
-                      &linked,
-                      "LINKED_PLAIN",
-                      {},
-                      0,
-                      nullptr,
-                      nullptr,
-                      nullptr,
-                      nullptr };
+QV_SORT linkedSort = {
+    QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ), &linked, "LINKED", { .toStringFunc = linkedText } };
+QV_SORT plainSort = { QV___STATIC_HEADER( QV___OBJ_TYPE_SORT ), &linked, "LINKED_PLAIN" };
 
 qvObj createLinkedObject()
 {
     return qv___ObjCreate( sizeof( qv___Obj ), &linkedSort );
 }
 
-const QV_MODULE_RECORD leaningRecord = { 2,
-                                         nullptr,
-                                         nullptr,
-                                         -1,
-                                         -1,
-                                         -1,
-                                         nullptr,
-                                         nullptr,
-                                         nullptr,
-                                         "leaning",
-                                         "Leans on others",
-                                         "1.0",
-                                         "linked bottom",
-                                         "nowhere more" };
+const QV_MODULE_RECORD leaningRecord =
+    recordOf( "leaning", "Leans on others", "1.0", "linked bottom", "nowhere more" );
 
 // Readers of the tables don't wait for a load.
 QV_BOOL startLeaning()
@@ -378,16 +320,7 @@ QV_BOOL startLeaning()
     return QV_TRUE;
 }
 
-QV_MODULE leaning = { QV___STATIC_HEADER( QV___OBJ_TYPE_MODULE ),
-                      &leaningRecord,
-                      startLeaning,
-                      nullptr,
-                      nullptr,
-                      nullptr,
-                      nullptr,
-                      0,
-                      nullptr,
-                      nullptr };
+QV_MODULE leaning = { QV___STATIC_HEADER( QV___OBJ_TYPE_MODULE ), &leaningRecord, startLeaning };
 
 TEST( Modules, LinkedIn )
 {
@@ -459,7 +392,7 @@ TEST( Modules, AnObjectThatStaysStopsTheProcess )
         createLinkedObject();
         qvRuntimeUnloadAllModules();
     };
-    test::ChildResult result = run( body, 0, 0 );
+    ChildResult result = run( body, 0, 0 );
     EXPECT_TRUE( WIFSIGNALED( result.status ) );
     EXPECT_NE( std::string::npos, result.output.find( "    Message   : linked\n" ) ) << result.output;
     EXPECT_NE( std::string::npos,
@@ -474,9 +407,7 @@ TEST( Modules, UnloadReportsAndGoesOn )
         qvObj obj = createLinkedObject();
         std::thread late( [obj] {
             while ( !objectsReported )
-            {
                 std::this_thread::sleep_for( std::chrono::milliseconds( 5 ) );
-            }
             qvObjRelease( obj );
         } );
         qvRuntimeUnloadAllModules();
@@ -500,11 +431,7 @@ TEST( Modules, UnloadReport )
         qv___RuntimeReportUnloading( &linked );
     };
     const QV_INT object = QV_RUNTIME_FLAG_SNAPSHOT_OBJECT;
-    const struct
-    {
-        QV_INT flags;
-        std::string report;
-    } rows[] = {
+    const std::pair<QV_INT, std::string> rows[] = {
         { QV_RUNTIME_FLAG_SNAPSHOT_SORT, "LINKED       1\nLINKED_PLAIN 1\n" },
         { object, "\nLINKED (2)\nLINKED_PLAIN (1)\n" },
         { object | QV_RUNTIME_FLAG_SNAPSHOT_OBJECT_TOSTRING, "\nLINKED (2) a \"text\"\nLINKED_PLAIN (1)\n" },
@@ -520,11 +447,9 @@ TEST( Modules, UnloadReport )
                                "\nVariant   : " QV___BUILD_VARIANT_NAME "\nBuild Time: " QV___BUILD_TIME
                                "\n" +
                                ruler;
-    for ( const auto &row : rows )
-    {
-        EXPECT_EQ( header + ruler + row.report + ruler + row.report + "shutdown linked\nfinalize linked\n",
-                   outputOf( body, QV_RUNTIME_FLAG_OBJECT_DATABASE | row.flags ) );
-    }
+    for ( const auto &[flags, report] : rows )
+        EXPECT_EQ( header + ruler + report + ruler + report + "shutdown linked\nfinalize linked\n",
+                   outputOf( body, QV_RUNTIME_FLAG_OBJECT_DATABASE | flags ) );
 }
 
 } // namespace

@@ -1,20 +1,6 @@
+#include "support/test.hh"
+
 #include <qv/runtime/qv_obj.hh>
-
-#include <atomic>
-#include <gtest/gtest.h>
-#include <thread>
-#include <vector>
-
-#include <qv/base/qv_alert.h>
-#include <qv/base/qv_boxed_int.h>
-#include <qv/base/qv_string.h>
-#include <qv/base/qv_vector.h>
-#include <qv/runtime/qv_local.hh>
-#include <qv/runtime/qv_module.h>
-#include <qv/runtime/qv_runtime.h>
-#include <qv/runtime/qv_sort.h>
-
-#include "support/text.hh"
 
 // Sorts of the tests' own: one that counts its ends, and one that does nothing but be an object of another sort.
 typedef struct qv___Traced QV_TRACED;
@@ -34,7 +20,7 @@ struct qv___Plain : qv___Obj
 namespace
 {
 
-using qv::Local;
+using namespace test;
 
 std::atomic<int> ends{ 0 };
 std::atomic<QV_INT> objectsDuringEnd{ 0 };
@@ -118,10 +104,10 @@ TEST( Obj, TextForms )
     char expected[64];
     snprintf( expected, sizeof( expected ), "QV_PLAIN(%llX)",
               static_cast<unsigned long long>( qv___ObjUnique( qvPlainObj( plain ) ) ) );
-    EXPECT_EQ( expected, test::takeUtf8( qvPlainToString( plain ) ) );
-    EXPECT_EQ( "QV_PLAIN", test::takeUtf8( qvSortToString( qvPlainSort() ) ) );
-    EXPECT_EQ( "QV_SORT", test::takeUtf8( qvSortName( qvObjSort( qvSortObj( qvPlainSort() ) ) ) ) );
-    EXPECT_EQ( "qv", test::takeUtf8( qvModuleToString( qvModule() ) ) );
+    EXPECT_EQ( expected, takeUtf8( qvPlainToString( plain ) ) );
+    EXPECT_EQ( "QV_PLAIN", takeUtf8( qvSortToString( qvPlainSort() ) ) );
+    EXPECT_EQ( "QV_SORT", takeUtf8( qvSortName( qvObjSort( qvSortObj( qvPlainSort() ) ) ) ) );
+    EXPECT_EQ( "qv", takeUtf8( qvModuleToString( qvModule() ) ) );
     EXPECT_EQ( qvModule(), qvSortModule( qvPlainSort() ) );
     EXPECT_TRUE( qvSortHasModule( qvPlainSort() ) );
 }
@@ -143,8 +129,8 @@ TEST( Obj, LogKeepsLinesInOrder )
 {
     Local<QV_PLAIN> plain( createPlain() );
     EXPECT_EQ( nullptr, qv___ObjLog( qvPlainObj( plain ) ) );
-    qv___ObjLogAppend( qvPlainObj( plain ), test::text( "first" ) );
-    qv___ObjLogAppend( qvPlainObj( plain ), test::text( "" ) );
+    qv___ObjLogAppend( qvPlainObj( plain ), text( "first" ) );
+    qv___ObjLogAppend( qvPlainObj( plain ), text( "" ) );
     Local<QV_VECTOR> more( qvVectorCreate() );
     qv___ObjLogAppendVector( qvPlainObj( plain ), more );
     qvVectorAppendObj( more.edit(), qvPlainObj( plain ) );
@@ -153,7 +139,7 @@ TEST( Obj, LogKeepsLinesInOrder )
     Local<QV_VECTOR> log( qv___ObjLog( qvPlainObj( plain ) ) );
     ASSERT_EQ( 3, qvVectorLength( log ) );
     Local<QV_STRING> printed( qvPlainToString( plain ) );
-    EXPECT_EQ( "<first, , " + test::toUtf8( printed ) + ">", test::takeUtf8( qvVectorToString( log ) ) );
+    EXPECT_EQ( "<first, , " + toUtf8( printed ) + ">", takeUtf8( qvVectorToString( log ) ) );
     qv___ObjLogAppendCallStack( qvPlainObj( plain ), 0, 2 );
     log.take( qv___ObjLog( qvPlainObj( plain ) ) );
     EXPECT_EQ( 6, qvVectorLength( log ) );
@@ -216,9 +202,7 @@ TEST( Snapshot, NeverBringsADyingObjectBack )
     std::atomic<bool> stop{ false };
     std::thread creator( [&] {
         for ( int count = 0; count < 20000; count++ )
-        {
             qvTracedRelease( createTraced( count ) );
-        }
         stop = true;
     } );
     while ( !stop )

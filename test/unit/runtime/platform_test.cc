@@ -1,20 +1,9 @@
 // What the process runs on, where its files lie, and what an installer recorded.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
+#include "support/child.hh"
+#include "support/folder.hh"
 
-#include <cstdlib>
-#include <functional>
-#include <map>
-#include <string>
-#include <vector>
-
-#include <qv/base/qv_environment.h>
-#include <qv/base/qv_store.h>
-#include <qv/base/qv_string.h>
-#include <qv/base/qv_vector.h>
-#include <qv/io/qv_path_file.h>
-#include <qv/io/qv_store_header.h>
-#include <qv/runtime/qv_runtime.h>
 #include <qv/runtime/qv_runtime_hardware.hh>
 #include <qv/runtime/qv_runtime_info.hh>
 #include <qv/runtime/qv_runtime_install_info.hh>
@@ -23,16 +12,10 @@
 #include <qv/runtime/qv_runtime_platform.hh>
 #include <qv/runtime/qv_runtime_variant.hh>
 
-#include "support/child.hh"
-#include "support/folder.hh"
-#include "support/text.hh"
-
 namespace
 {
 
-using qv::Local;
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 TEST( Platform, IdentifiersGoBothWays )
 {
@@ -93,7 +76,6 @@ TEST( Platform, Classes )
     const char *platforms[] = { "i386", "amd64", "armhf", "armhf", "armhf", "arm64", "riscv64" };
     auto digit = []( QV_BOOL value ) { return value ? '1' : '0'; };
     for ( const auto &row : systems )
-    {
         for ( QV_INT os = row.first; os <= row.last; os++ )
         {
             std::string classes{ digit( qvRuntimeOsIsWindows( os ) ), digit( qvRuntimeOsIsLinux( os ) ),
@@ -107,11 +89,10 @@ TEST( Platform, Classes )
                 Local<QV_STRING> name( qvRuntimeOsHardwarePlatformName( os, hw ) );
                 EXPECT_EQ( qvRuntimeOsIsLinux( os ), name != nullptr );
                 EXPECT_EQ( qvRuntimeOsIsLinux( os ), qvRuntimeOsHasHardwarePlatformName( os, hw ) );
-                EXPECT_EQ( name ? platforms[hw] : "", name ? test::toUtf8( name ) : "" );
+                EXPECT_EQ( name ? platforms[hw] : "", name ? toUtf8( name ) : "" );
             }
             EXPECT_EQ( row.supported, supported ) << os;
         }
-    }
     std::string intel, arm, riscv;
     for ( QV_INT hw = 0; hw < 7; hw++ )
     {
@@ -135,7 +116,7 @@ std::string describe( QV_RUNTIME_PATHS *paths )
         Local<QV_PATH> path( qvRuntimePathsPath( paths, rtp ) );
         EXPECT_EQ( path != nullptr, qvRuntimePathsHasPath( paths, rtp ) != 0 );
         if ( path )
-            result += std::to_string( rtp ) + " " + test::textOf( path ) + "\n";
+            result += std::to_string( rtp ) + " " + textOf( path ) + "\n";
     }
     return result;
 }
@@ -144,12 +125,10 @@ std::string describe( QV_RUNTIME_PATHS *paths )
 std::string pathsWith( const std::map<std::string, std::string> &variables, QV_INT flags,
                        const char *product )
 {
-    test::ChildResult result = test::runInChild( [&] {
+    ChildResult result = runInChild( [&] {
         clearenv();
         for ( const auto &[name, value] : variables )
-        {
             setenv( name.c_str(), value.c_str(), 1 );
-        }
         qvRuntimeStartup( flags, -1, nullptr, nullptr, nullptr, nullptr );
         {
             Local<QV_RUNTIME_PATHS> paths( product ? qv___RuntimePathsForProduct( flags, text( product ) )
@@ -177,7 +156,7 @@ std::string dataPart( const std::string &root )
 
 TEST( RuntimePaths, FollowTheEnvironment )
 {
-    test::TemporaryFolder home;
+    TemporaryFolder home;
     const std::map<std::string, std::string> atHome = { { "HOME", home.name( "" ) } };
     EXPECT_EQ( "", pathsWith( atHome, QV_RUNTIME_FLAG_MINIMAL, nullptr ) );
     EXPECT_FALSE( std::filesystem::exists( home.name( ".opt" ) ) );
@@ -187,14 +166,12 @@ TEST( RuntimePaths, FollowTheEnvironment )
     EXPECT_EQ( productPart( "qv" ) + dataPart( home.name( ".opt/veltrano/qv/" ) ),
                pathsWith( atHome, 0, nullptr ) );
     for ( const char *folder : { "storage", "trace", "abort", "temp" } )
-    {
         EXPECT_TRUE( std::filesystem::is_directory( home.name( ".opt/veltrano/qv/" ) + folder ) );
-    }
 }
 
 TEST( RuntimePaths, VariablesWin )
 {
-    test::TemporaryFolder home;
+    TemporaryFolder home;
     std::map<std::string, std::string> variables = { { "HOME", home.name( "" ) },
                                                      { "JN_MYPROD_DATA_PATH", "/data/here" } };
     EXPECT_EQ( productPart( "myprod" ) + dataPart( "/data/here/" ), pathsWith( variables, 0, "myprod" ) );
@@ -205,7 +182,7 @@ TEST( RuntimePaths, VariablesWin )
     EXPECT_EQ( "0 /opt/veltrano/myprod/\n1 /p/\n2 /b/\n3 /r/\n4 /d/\n5 /s/\n6 /t/\n7 relative/\n8 ../up/\n",
                pathsWith( variables, QV_RUNTIME_FLAG_SYSTEM, "myprod" ) );
     // A directory that a variable names is never made.
-    test::TemporaryFolder fresh;
+    TemporaryFolder fresh;
     variables = { { "HOME", fresh.name( "" ) }, { "JN_QV_TRACE_PATH", fresh.name( "mine" ) } };
     pathsWith( variables, 0, nullptr );
     EXPECT_FALSE( std::filesystem::exists( fresh.name( "mine" ) ) );
@@ -224,10 +201,10 @@ TEST( RuntimePaths, CopyStoreAndRestore )
 {
     Local<QV_RUNTIME_PATHS> paths( qvRuntimePathsCreate() );
     EXPECT_EQ( "", describe( paths ) );
-    qvRuntimePathsSetPath( paths.edit(), QV_RUNTIME_PATH_DATA, test::pathOf( "/d/" ) );
+    qvRuntimePathsSetPath( paths.edit(), QV_RUNTIME_PATH_DATA, pathOf( "/d/" ) );
     auto before = Local<QV_RUNTIME_PATHS>::share( paths );
-    qvRuntimePathsSetPath( paths.edit(), QV_RUNTIME_PATH_INSTALL, test::pathOf( "../i/" ) );
-    qvRuntimePathsSetPath( paths.edit(), QV_RUNTIME_PATH_DATA, test::pathOf( "/e/" ) );
+    qvRuntimePathsSetPath( paths.edit(), QV_RUNTIME_PATH_INSTALL, pathOf( "../i/" ) );
+    qvRuntimePathsSetPath( paths.edit(), QV_RUNTIME_PATH_DATA, pathOf( "/e/" ) );
     EXPECT_EQ( "4 /d/\n", describe( before ) );
     EXPECT_EQ( "0 ../i/\n4 /e/\n", describe( paths ) );
     Local<QV_STORE> store( qvRuntimePathsStore( paths ) );
@@ -243,7 +220,7 @@ TEST( RuntimePaths, CopyStoreAndRestore )
     qvRuntimePathsDelPath( restored.edit(), QV_RUNTIME_PATH_DATA_TEMP );
     EXPECT_EQ( static_cast<QV_RUNTIME_PATHS *>( shared ), restored );
     EXPECT_EQ( "0 ../i/\n", describe( restored ) );
-    EXPECT_DEATH( qvRuntimePathsSetPath( paths.edit(), 0, test::pathOf( "/file" ) ), "isDirectory" );
+    EXPECT_DEATH( qvRuntimePathsSetPath( paths.edit(), 0, pathOf( "/file" ) ), "isDirectory" );
     EXPECT_DEATH( qvRuntimePathsPath( paths, 9 ), "QV_RUNTIME_PATH_OK" );
     EXPECT_DEATH( qv___RuntimePathsForProduct( 0, text( "No" ) ), "qvRuntimeValidateProductName" );
 }
@@ -258,16 +235,6 @@ const std::vector<std::pair<std::string, std::string>> goodInfo = {
     { "productVendorName", "A-B" },
     { "productCopyright", "(C) 2026 A-B" },
 };
-
-Local<QV_STORE> storeOf( const std::vector<std::pair<std::string, std::string>> &entries )
-{
-    Local<QV_STORE> store( qvStoreCreate() );
-    for ( const auto &[address, value] : entries )
-    {
-        qvStoreSetValueCstr( store.edit(), address.c_str(), -1, text( value ) );
-    }
-    return store;
-}
 
 TEST( InstallInfo, RestoresOnlyWhatIsWhole )
 {
@@ -296,7 +263,7 @@ TEST( InstallInfo, RestoresOnlyWhatIsWhole )
 
 TEST( InstallInfo, LoadsFromTheFirstDirectoryThatIsSet )
 {
-    test::TemporaryFolder folder;
+    TemporaryFolder folder;
     folder.makeFolder( "install" );
     Local<QV_PATH> file( folder.path( "install/install-info" ) );
     Local<QV_RUNTIME_PATHS> paths( qvRuntimePathsCreate() );
@@ -337,14 +304,7 @@ TEST( Computer, ProcessorTexts )
         { { "Revision : r" }, 0, "CPU unknown" },
     };
     for ( const auto &row : rows )
-    {
-        Local<QV_VECTOR> lines( qvVectorCreate() );
-        for ( const std::string &line : row.lines )
-        {
-            qvVectorAppendObj( lines.edit(), qvStringObj( text( line ) ) );
-        }
-        EXPECT_EQ( row.info, takeUtf8( qv::cpuInfoOfLines( lines, row.cores ) ) );
-    }
+        EXPECT_EQ( row.info, takeUtf8( qv::cpuInfoOfLines( vectorOf( row.lines ), row.cores ) ) );
     EXPECT_TRUE( qvRuntimeHasOperatingSystemInfo() && qvRuntimeHasCpuInfo() && qvRuntimeHasComputerName() );
 }
 
@@ -376,9 +336,7 @@ TEST( RuntimeInfo, HasAllKeys )
     Local<QV_STORE> info( qvRuntimeInfo() );
     std::string keys;
     for ( QV_INT idx = 0; idx < qvStoreLength( info ); idx++ )
-    {
         keys += takeUtf8( qvStoreAddressAt( info, idx ) ) + " ";
-    }
     EXPECT_EQ( "applicationFriendlyName applicationIdentifier applicationVersion buildTime compatibility "
                "computerName cpuInfo friendlyName hardware operatingSystemInfo os product startTime "
                "userInformation variant version versionMajor versionMinor versionRelease ",

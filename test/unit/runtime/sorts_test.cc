@@ -1,82 +1,18 @@
 // All sorts in one table: the eight standard operations exist for each, and each has the functions of its own that it
 // is known to have.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
 
-#include <qv/base/qv_alert.h>
-#include <qv/base/qv_alertable.h>
-#include <qv/base/qv_barrier.h>
-#include <qv/base/qv_boxed_bool.h>
-#include <qv/base/qv_boxed_int.h>
-#include <qv/base/qv_boxed_null.h>
 #include <qv/base/qv_boxed_pointer.hh>
-#include <qv/base/qv_boxed_real.h>
-#include <qv/base/qv_boxed_unique.h>
-#include <qv/base/qv_buffer.h>
-#include <qv/base/qv_counter.h>
-#include <qv/base/qv_dict.h>
-#include <qv/base/qv_enum.h>
-#include <qv/base/qv_event_queue.h>
 #include <qv/base/qv_event_queue.hh>
-#include <qv/base/qv_flagset.h>
-#include <qv/base/qv_generation.h>
-#include <qv/base/qv_identifier.h>
-#include <qv/base/qv_monitor.h>
-#include <qv/base/qv_priority_map.h>
 #include <qv/base/qv_priority_map.hh>
-#include <qv/base/qv_range_map.h>
-#include <qv/base/qv_region.h>
-#include <qv/base/qv_signal.h>
-#include <qv/base/qv_signalable.h>
-#include <qv/base/qv_stack_trace.h>
-#include <qv/base/qv_store.h>
 #include <qv/base/qv_store.hh>
-#include <qv/base/qv_store_encoding.h>
-#include <qv/base/qv_string.h>
 #include <qv/base/qv_target.hh>
-#include <qv/base/qv_time.h>
-#include <qv/base/qv_vector.h>
+#include <qv/base/qv_tool_switch.hh>
 #include <qv/charset/qv_charset_map.hh>
 #include <qv/charset/qv_charset_utf.hh>
-#include <qv/deprecated/qv_decoder.h>
-#include <qv/deprecated/qv_encoder.h>
-#include <qv/io/qv_buffer_byte_sink.h>
-#include <qv/io/qv_buffer_byte_source.h>
-#include <qv/io/qv_byte_sink.h>
-#include <qv/io/qv_byte_source.h>
-#include <qv/io/qv_char_sink.h>
-#include <qv/io/qv_char_source.h>
-#include <qv/io/qv_header.h>
-#include <qv/io/qv_header_info.h>
-#include <qv/io/qv_header_stream.h>
-#include <qv/io/qv_line_sink.h>
-#include <qv/io/qv_line_source.h>
-#include <qv/io/qv_location.h>
-#include <qv/io/qv_message.h>
-#include <qv/io/qv_message_sink.h>
-#include <qv/io/qv_nlf_line_sink.h>
-#include <qv/io/qv_nlf_line_source.h>
-#include <qv/io/qv_parser_location_map.h>
-#include <qv/io/qv_path.h>
-#include <qv/io/qv_stat.h>
-#include <qv/io/qv_store_header.h>
-#include <qv/io/qv_string_char_sink.h>
-#include <qv/io/qv_string_char_source.h>
-#include <qv/json/qv_json_decode.h>
-#include <qv/json/qv_json_options.h>
-#include <qv/json/qv_json_value.h>
-#include <qv/runtime/qv_module.h>
-#include <qv/runtime/qv_module_version.h>
-#include <qv/runtime/qv_runtime_install_info.h>
-#include <qv/runtime/qv_runtime_paths.h>
-#include <qv/runtime/qv_sort.h>
-#include <qv/tag/qv_tag_definition.h>
-#include <qv/tag/qv_tag_definition_set.h>
-#include <qv/tag/qv_tag_match.h>
-#include <qv/tag/qv_tag_rewrite.h>
-#include <qv/tag/qv_tag_set.h>
-#include <qv/unicode/qv_unicode_normalizer.h>
-#include <qv/runtime/qv_author.h>
+#include <qv/exec/qv_process_thread.hh>
+#include <qv/exec/qv_timer.hh>
 
 namespace
 {
@@ -114,81 +50,61 @@ struct Row
 
 /* clang-format off */
 const Row rows[] = {
-    ROW( QV_ALERT, qvAlert, free ),
-    ROW( QV_ALERTABLE, qvAlertable, free ),
-    ROW( QV_BARRIER, qvBarrier, free ),
-    ROW( QV_BOXED_BOOL, qvBoxedBool, compare | toString ),
-    ROW( QV_BOXED_INT, qvBoxedInt, compare | toString ),
-    ROW( QV_BOXED_NULL, qvBoxedNull, toString ),
-    ROW( QV_BOXED_REAL, qvBoxedReal, compare | toString ),
-    ROW( QV_BOXED_UNIQUE, qvBoxedUnique, 0 ),
-    ROW( QV_BUFFER, qvBuffer, free | compare | toString ),
-    ROW( QV_BUFFER_BYTE_SINK, qvBufferByteSink, free ),
-    ROW( QV_BUFFER_BYTE_SOURCE, qvBufferByteSource, free ),
-    ROW( QV_BYTE_SINK, qvByteSink, free ),
-    ROW( QV_BYTE_SOURCE, qvByteSource, free ),
-    ROW( QV_CHAR_SINK, qvCharSink, free ),
-    ROW( QV_CHAR_SOURCE, qvCharSource, free ),
-    ROW( QV_COUNTER, qvCounter, free ),
-    ROW( QV_DECODER, qvDecoder, free ),
-    ROW( QV_DICT, qvDict, free | compare | toString ),
-    ROW( QV_ENCODER, qvEncoder, free ),
-    ROW( QV_ENUM, qvEnum, free ),
-    ROW( QV_EVENT_QUEUE, qvEventQueue, free ),
-    ROW( QV_FLAGSET, qvFlagset, free ),
-    ROW( QV_GENERATION, qvGeneration, free | compare | toString ),
-    ROW( QV_GENERATION_MUTEX, qvGenerationMutex, free ),
-    ROW( QV_HEADER, qvHeader, free ),
+    ROW( QV_ALERT, qvAlert, free ), ROW( QV_ALERTABLE, qvAlertable, free ),
+    ROW( QV_BARRIER, qvBarrier, free ), ROW( QV_BOXED_BOOL, qvBoxedBool, compare | toString ),
+    ROW( QV_BOXED_INT, qvBoxedInt, compare | toString ), ROW( QV_BOXED_NULL, qvBoxedNull, toString ),
+    ROW( QV_BOXED_REAL, qvBoxedReal, compare | toString ), ROW( QV_BOXED_UNIQUE, qvBoxedUnique, 0 ),
+    ROW( QV_BUFFER, qvBuffer, free | compare | toString ), ROW( QV_BUFFER_BYTE_SINK, qvBufferByteSink, free ),
+    ROW( QV_BUFFER_BYTE_SOURCE, qvBufferByteSource, free ), ROW( QV_BYTE_SINK, qvByteSink, free ),
+    ROW( QV_BYTE_SOURCE, qvByteSource, free ), ROW( QV_CHAR_SINK, qvCharSink, free ),
+    ROW( QV_CHAR_SOURCE, qvCharSource, free ), ROW( QV_COUNTER, qvCounter, free ),
+    ROW( QV_DECODER, qvDecoder, free ), ROW( QV_DICT, qvDict, free | compare | toString ),
+    ROW( QV_ENCODER, qvEncoder, free ), ROW( QV_ENUM, qvEnum, free ),
+    ROW( QV_ENVIRONMENT, qvEnvironment, free ), ROW( QV_EVENT_QUEUE, qvEventQueue, free ),
+    ROW( QV_FLAGSET, qvFlagset, free ), ROW( QV_GENERATION, qvGeneration, free | compare | toString ),
+    ROW( QV_GENERATION_MUTEX, qvGenerationMutex, free ), ROW( QV_HEADER, qvHeader, free ),
     ROW( QV_HEADER_BYTE_SINK, qvHeaderByteSink, free ),
     ROW( QV_HEADER_BYTE_SOURCE, qvHeaderByteSource, free ),
     ROW( QV_HEADER_DECODE_ERROR, qvHeaderDecodeError, free ),
-    ROW( QV_HEADER_DECODE_RESULT, qvHeaderDecodeResult, free ),
-    ROW( QV_HEADER_INFO, qvHeaderInfo, free ),
+    ROW( QV_HEADER_DECODE_RESULT, qvHeaderDecodeResult, free ), ROW( QV_HEADER_INFO, qvHeaderInfo, free ),
     ROW( QV_IDENTIFIER, qvIdentifier, free | compare | toString ),
     ROW( QV_JSON_DECODE_ERROR, qvJsonDecodeError, free ),
-    ROW( QV_JSON_DECODE_RESULT, qvJsonDecodeResult, free ),
-    ROW( QV_JSON_OPTIONS, qvJsonOptions, free ),
-    ROW( QV_JSON_VALUE, qvJsonValue, free ),
-    ROW( QV_LINE_SINK, qvLineSink, free ),
-    ROW( QV_LINE_SOURCE, qvLineSource, free ),
-    ROW( QV_LOCATION, qvLocation, free | toString ),
-    ROW( QV_MESSAGE, qvMessage, free | toString ),
-    ROW( QV_MESSAGE_SINK, qvMessageSink, free ),
+    ROW( QV_JSON_DECODE_RESULT, qvJsonDecodeResult, free ), ROW( QV_JSON_OPTIONS, qvJsonOptions, free ),
+    ROW( QV_JSON_VALUE, qvJsonValue, free ), ROW( QV_LINE_SINK, qvLineSink, free ),
+    ROW( QV_LINE_SOURCE, qvLineSource, free ), ROW( QV_LOCATION, qvLocation, free | toString ),
+    ROW( QV_MESSAGE, qvMessage, free | toString ), ROW( QV_MESSAGE_SINK, qvMessageSink, free ),
     ROW( QV_MODULE, qvModule, free | compare | toString ),
-    ROW( QV_MODULE_VERSION, qvModuleVersion, compare | toString ),
-    ROW( QV_MONITOR, qvMonitor, free ),
-    ROW( QV_NLF_LINE_SINK, qvNlfLineSink, free ),
-    ROW( QV_NLF_LINE_SOURCE, qvNlfLineSource, free ),
+    ROW( QV_MODULE_VERSION, qvModuleVersion, compare | toString ), ROW( QV_MONITOR, qvMonitor, free ),
+    ROW( QV_NLF_LINE_SINK, qvNlfLineSink, free ), ROW( QV_NLF_LINE_SOURCE, qvNlfLineSource, free ),
+    ROW( QV_OPT_DEF, qvOptDef, free ), ROW( QV_OPT_SEQ, qvOptSeq, free ),
     ROW( QV_PARSER_LOCATION_MAP, qvParserLocationMap, free ),
-    ROW( QV_PATH, qvPath, free | compare | toString ),
-    ROW( QV_PRIORITY_MAP, qvPriorityMap, free | compare ),
-    ROW( QV_RANGE_MAP, qvRangeMap, free | compare | toString ),
-    ROW( QV_REGION, qvRegion, free ),
-    ROW( QV_RUNTIME_INSTALL_INFO, qvRuntimeInstallInfo, free ),
-    ROW( QV_RUNTIME_PATHS, qvRuntimePaths, free ),
-    ROW( QV_SIGNAL, qvSignal, free ),
-    ROW( QV_SIGNALABLE, qvSignalable, free ),
-    ROW( QV_SORT, qvSort, free | compare | toString ),
-    ROW( QV_STACK_TRACE, qvStackTrace, free ),
-    ROW( QV_STAT, qvStat, free ),
-    ROW( QV_STAT_FILESYSTEM, qvStatFilesystem, free ),
-    ROW( QV_STORE, qvStore, free | compare ),
-    ROW( QV_STORE_DECODE_ERROR, qvStoreDecodeError, free ),
-    ROW( QV_STORE_DECODE_RESULT, qvStoreDecodeResult, free ),
-    ROW( QV_STORE_HEADER, qvStoreHeader, free ),
-    ROW( QV_STRING, qvString, free | compare | toString ),
-    ROW( QV_STRING_CHAR_SINK, qvStringCharSink, free ),
+    ROW( QV_PATH, qvPath, free | compare | toString ), ROW( QV_PRIORITY_MAP, qvPriorityMap, free | compare ),
+    ROW( QV_PROCESS, qvProcess, free ), ROW( QV_PROCESS_DOMAIN, qvProcessDomain, free ),
+    ROW( QV_PROCESS_DOMAIN_OPTIONS, qvProcessDomainOptions, free ),
+    ROW( QV_PROCESS_STATISTICS, qvProcessStatistics, free ),
+    ROW( QV_PROCESS_STATISTICS_FAMILY, qvProcessStatisticsFamily, free ),
+    ROW( QV_PROCESS_STATISTICS_GROUP, qvProcessStatisticsGroup, 0 ),
+    ROW( QV_PROCESS_STATISTICS_INTERVAL, qvProcessStatisticsInterval, 0 ),
+    ROW( QV_PROCESS_STATISTICS_QUERY, qvProcessStatisticsQuery, free ),
+    ROW( QV_PROCESS_STATISTICS_RESULT, qvProcessStatisticsResult, free ),
+    ROW( QV_PROCESS_SYSTEM_OPTIONS, qvProcessSystemOptions, free ),
+    ROW( QV_RANGE_MAP, qvRangeMap, free | compare | toString ), ROW( QV_REGION, qvRegion, free ),
+    ROW( QV_RUNTIME_INSTALL_INFO, qvRuntimeInstallInfo, free ), ROW( QV_RUNTIME_PATHS, qvRuntimePaths, free ),
+    ROW( QV_SIGNAL, qvSignal, free ), ROW( QV_SIGNALABLE, qvSignalable, free ),
+    ROW( QV_SORT, qvSort, free | compare | toString ), ROW( QV_STACK_TRACE, qvStackTrace, free ),
+    ROW( QV_STAT, qvStat, free ), ROW( QV_STAT_FILESYSTEM, qvStatFilesystem, free ),
+    ROW( QV_STORE, qvStore, free | compare ), ROW( QV_STORE_DECODE_ERROR, qvStoreDecodeError, free ),
+    ROW( QV_STORE_DECODE_RESULT, qvStoreDecodeResult, free ), ROW( QV_STORE_HEADER, qvStoreHeader, free ),
+    ROW( QV_STRING, qvString, free | compare | toString ), ROW( QV_STRING_CHAR_SINK, qvStringCharSink, free ),
     ROW( QV_STRING_CHAR_SOURCE, qvStringCharSource, free ),
     ROW( QV_TAG_DEFINITION, qvTagDefinition, free | compare ),
     ROW( QV_TAG_DEFINITION_SET, qvTagDefinitionSet, free | compare ),
-    ROW( QV_TAG_MATCH, qvTagMatch, free | compare ),
-    ROW( QV_TAG_REWRITE, qvTagRewrite, free | compare ),
+    ROW( QV_TAG_MATCH, qvTagMatch, free | compare ), ROW( QV_TAG_REWRITE, qvTagRewrite, free | compare ),
     ROW( QV_TAG_REWRITE_OPERATION, qvTagRewriteOperation, free | compare ),
-    ROW( QV_TAG_SET, qvTagSet, free | compare | toString ),
-    ROW( QV_TIME, qvTime, compare | toString ),
-    ROW( QV_UNICODE_NORMALIZER, qvUnicodeNormalizer, free ),
-    ROW( QV_VECTOR, qvVector, free | compare | toString ),
-    ROW( QV___ALERTABLE_IMP, qv___AlertableImp, free ),
+    ROW( QV_TAG_SET, qvTagSet, free | compare | toString ), ROW( QV_THREAD, qvThread, free | toString ),
+    ROW( QV_TIME, qvTime, compare | toString ), ROW( QV_TIMER, qvTimer, free ),
+    ROW( QV_TOOL_SWITCH, qvToolSwitch, free ), ROW( QV_UNICODE_NORMALIZER, qvUnicodeNormalizer, free ),
+    ROW( QV_VECTOR, qvVector, free | compare | toString ), ROW( QV___ALERTABLE_IMP, qv___AlertableImp, free ),
     ROW( QV___BOXED_POINTER, qv___BoxedPointer, free | compare ),
     ROW( QV___CHARSET_MAP_CHAR_SINK_CLOSURE, qv___CharsetMapCharSinkClosure, free ),
     ROW( QV___CHARSET_MAP_CHAR_SOURCE_CLOSURE, qv___CharsetMapCharSourceClosure, free ),
@@ -200,8 +116,12 @@ const Row rows[] = {
     ROW( QV___CHARSET_UTF8_CHAR_SOURCE_CLOSURE, qv___CharsetUtf8CharSourceClosure, free ),
     ROW( QV___EVENT_QUEUE_IMP, qv___EventQueueImp, free ),
     ROW( QV___PRIORITY_MAP_ENTRY, qv___PriorityMapEntry, free | compare ),
+    ROW( QV___PROCESS_THREAD, qv___ProcessThread, free ),
     ROW( QV___SIGNALABLE_IMP, qv___SignalableImp, free ),
     ROW( QV___STORE_VALUE, qv___StoreValue, free | compare ),
+    ROW( QV___TIMER_ABS_KEY, qv___TimerAbsKey, free | compare ),
+    ROW( QV___TIMER_CLOSURE, qv___TimerClosure, free | compare ),
+    ROW( QV___TOOL_SWITCH_TOOL, qv___ToolSwitchTool, 0 ),
 };
 /* clang-format on */
 
