@@ -1,35 +1,27 @@
-#include <gtest/gtest.h>
+#include "support/test.hh"
 
-#include <limits>
-
-#include <qv/base/qv_boxed_bool.h>
-#include <qv/base/qv_boxed_int.h>
-#include <qv/base/qv_boxed_null.h>
 #include <qv/base/qv_boxed_pointer.hh>
-#include <qv/base/qv_boxed_real.h>
-#include <qv/base/qv_boxed_unique.h>
-
-#include "support/text.hh"
 
 namespace
 {
 
-using test::takeUtf8;
+using namespace test;
 
 TEST( Boxed, SharedObjects )
 {
-    qv::Local<QV_BOXED_BOOL> yes( qvBoxedBoolCreate( QV_TRUE ) );
-    qv::Local<QV_BOXED_BOOL> alsoYes( qvBoxedBoolCreate( 17 ) );
-    qv::Local<QV_BOXED_BOOL> no( qvBoxedBoolCreate( QV_FALSE ) );
+    Local<QV_BOXED_BOOL> yes( qvBoxedBoolCreate( QV_TRUE ) );
+    Local<QV_BOXED_BOOL> alsoYes( qvBoxedBoolCreate( 17 ) );
+    Local<QV_BOXED_BOOL> no( qvBoxedBoolCreate( QV_FALSE ) );
     EXPECT_EQ( (QV_BOXED_BOOL *)yes, (QV_BOXED_BOOL *)alsoYes );
     EXPECT_EQ( qvBoxedBoolValue( yes ), QV_TRUE );
     EXPECT_EQ( qvBoxedBoolValue( no ), QV_FALSE );
     EXPECT_LT( qvBoxedBoolCompare( no, yes ), 0 );
     EXPECT_EQ( takeUtf8( qvBoxedBoolToString( yes ) ), "true" );
     EXPECT_EQ( takeUtf8( qvBoxedBoolToString( no ) ), "false" );
+    EXPECT_DEATH( qvBoxedBoolValue( nullptr ), "bbl" );
 
-    qv::Local<QV_BOXED_NULL> nothing( qvBoxedNullCreate() );
-    qv::Local<QV_BOXED_NULL> alsoNothing( qvBoxedNullCreate() );
+    Local<QV_BOXED_NULL> nothing( qvBoxedNullCreate() );
+    Local<QV_BOXED_NULL> alsoNothing( qvBoxedNullCreate() );
     EXPECT_TRUE( qvBoxedNullEquals( nothing, alsoNothing ) );
     EXPECT_EQ( takeUtf8( qvBoxedNullToString( nothing ) ), "null" );
 }
@@ -38,39 +30,38 @@ TEST( Boxed, Ints )
 {
     const QV_INT values[] = { QV_INT_MIN, -1, 0, 1, QV_INT_MAX };
     for ( QV_INT thisValue : values )
-    {
         for ( QV_INT thatValue : values )
         {
-            qv::Local<QV_BOXED_INT> thisBox( qvBoxedIntCreate( thisValue ) );
-            qv::Local<QV_BOXED_INT> thatBox( qvBoxedIntCreate( thatValue ) );
+            Local<QV_BOXED_INT> thisBox( qvBoxedIntCreate( thisValue ) );
+            Local<QV_BOXED_INT> thatBox( qvBoxedIntCreate( thatValue ) );
             EXPECT_NE( (QV_BOXED_INT *)thisBox, (QV_BOXED_INT *)thatBox );
             EXPECT_EQ( qvBoxedIntCompare( thisBox, thatBox ), thisValue < thatValue    ? -1
                                                               : thisValue == thatValue ? 0
                                                                                        : 1 );
         }
-    }
-    qv::Local<QV_BOXED_INT> least( qvBoxedIntCreate( QV_INT_MIN ) );
+    Local<QV_BOXED_INT> least( qvBoxedIntCreate( QV_INT_MIN ) );
     EXPECT_EQ( takeUtf8( qvBoxedIntToString( least ) ), "-9223372036854775808" );
+    EXPECT_DEATH( qvBoxedIntValue( nullptr ), "bi" );
 }
 
 TEST( Boxed, Reals )
 {
-    qv::Local<QV_BOXED_REAL> one( qvBoxedRealCreate( 1.0 ) );
-    qv::Local<QV_BOXED_REAL> nearOne( qvBoxedRealCreate( 1.0 + 1e-16 ) );
-    qv::Local<QV_BOXED_REAL> two( qvBoxedRealCreate( 2.0 ) );
+    Local<QV_BOXED_REAL> one( qvBoxedRealCreate( 1.0 ) );
+    Local<QV_BOXED_REAL> nearOne( qvBoxedRealCreate( 1.0 + 1e-16 ) );
+    Local<QV_BOXED_REAL> two( qvBoxedRealCreate( 2.0 ) );
     EXPECT_TRUE( qvBoxedRealEquals( one, nearOne ) );
     EXPECT_EQ( qvBoxedRealCompare( one, two ), -1 );
     EXPECT_EQ( qvBoxedRealCompare( two, one ), 1 );
     EXPECT_EQ( qvBoxedRealValue( two ), 2.0 );
     EXPECT_EQ( takeUtf8( qvBoxedRealToString( two ) ), "2.000000" );
-    qv::Local<QV_BOXED_REAL> endless( qvBoxedRealCreate( -std::numeric_limits<double>::infinity() ) );
+    Local<QV_BOXED_REAL> endless( qvBoxedRealCreate( -std::numeric_limits<double>::infinity() ) );
     EXPECT_EQ( takeUtf8( qvBoxedRealToString( endless ) ), "INF" );
 }
 
 TEST( Boxed, UniquesAreNeverEqual )
 {
-    qv::Local<QV_BOXED_UNIQUE> first( qvBoxedUniqueCreate() );
-    qv::Local<QV_BOXED_UNIQUE> second( qvBoxedUniqueCreate() );
+    Local<QV_BOXED_UNIQUE> first( qvBoxedUniqueCreate() );
+    Local<QV_BOXED_UNIQUE> second( qvBoxedUniqueCreate() );
     EXPECT_FALSE( qvBoxedUniqueEquals( first, second ) );
     EXPECT_TRUE( qvBoxedUniqueEquals( first, first ) );
     EXPECT_EQ( qvBoxedUniqueCompare( first, second ), -qvBoxedUniqueCompare( second, first ) );
@@ -96,12 +87,6 @@ TEST( Boxed, PointersDestroyTheirValueOnce )
     qv___BoxedPointerRelease( second );
     EXPECT_EQ( destroyed[0], 1 );
     EXPECT_EQ( destroyed[1], 0 );
-}
-
-TEST( BoxedDeath, NullHandles )
-{
-    EXPECT_DEATH( qvBoxedIntValue( nullptr ), "bi" );
-    EXPECT_DEATH( qvBoxedBoolValue( nullptr ), "bbl" );
 }
 
 } // namespace

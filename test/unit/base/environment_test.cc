@@ -1,34 +1,15 @@
 // Environments: names without regard to case, copies, and the ways from and to string vectors and stores.
 
-#include <gtest/gtest.h>
-
-#include <random>
-#include <string>
-#include <vector>
+#include "support/test.hh"
 
 #include <qv/base/qv_environment.hh>
-#include <qv/base/qv_store.h>
-#include <qv/base/qv_vector.h>
 
-#include "support/text.hh"
-
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 namespace
 {
 
-using Environment = qv::Local<QV_ENVIRONMENT>;
-
-qv::Local<QV_VECTOR> vectorOf( const std::vector<std::string> &words )
-{
-    qv::Local<QV_VECTOR> vec( qvVectorCreate() );
-    for ( const std::string &word : words )
-    {
-        qvVectorAppendStringCstr( vec.edit(), word.data(), static_cast<QV_INT>( word.size() ) );
-    }
-    return vec;
-}
+using Environment = Local<QV_ENVIRONMENT>;
 
 Environment environmentOf( const std::vector<std::string> &words )
 {
@@ -37,7 +18,7 @@ Environment environmentOf( const std::vector<std::string> &words )
 
 std::string shown( QV_ENVIRONMENT *envi )
 {
-    qv::Local<QV_VECTOR> vec( qvEnvironmentConvertToStringVector( envi ) );
+    Local<QV_VECTOR> vec( qvEnvironmentConvertToStringVector( envi ) );
     EXPECT_EQ( qvVectorLength( vec ), qvEnvironmentVariablesLength( envi ) );
     return takeUtf8( qvVectorToString( vec ) );
 }
@@ -62,10 +43,8 @@ TEST( Environment, FromStrings )
         { { "Σ=1", "ς=2", "σ=3" }, "<σ=3>" },
     };
     for ( const auto &c : cases )
-    {
         EXPECT_EQ( shown( environmentOf( c.words ) ), c.expected );
-    }
-    qv::Local<QV_VECTOR> mixed = vectorOf( { "A=1" } );
+    Local<QV_VECTOR> mixed = vectorOf( { "A=1" } );
     qvVectorAppendInt( mixed.edit(), 1 );
     EXPECT_DEATH( qvEnvironmentConvertFromStringVector( mixed ), "qvVectorContainsOnly" );
 }
@@ -156,16 +135,14 @@ TEST( Environment, RandomRoundTrips )
         {
             std::string name;
             for ( unsigned length = random() % 4; length > 0; length-- )
-            {
                 name += letters[random() % letters.size()];
-            }
             qvEnvironmentSetVariable( envi.edit(), text( name ),
                                       text( " =" + std::to_string( random() % 9 ) ) );
         }
-        qv::Local<QV_VECTOR> vec( qvEnvironmentConvertToStringVector( envi ) );
+        Local<QV_VECTOR> vec( qvEnvironmentConvertToStringVector( envi ) );
         Environment fromStrings( qvEnvironmentConvertFromStringVector( vec ) );
         EXPECT_EQ( shown( fromStrings ), shown( envi ) );
-        qv::Local<QV_STORE> store( qvEnvironmentStore( envi ) );
+        Local<QV_STORE> store( qvEnvironmentStore( envi ) );
         Environment fromStore( qvEnvironmentRestore( store ) );
         EXPECT_EQ( shown( fromStore ), shown( envi ) );
     }
@@ -173,10 +150,10 @@ TEST( Environment, RandomRoundTrips )
 
 TEST( Environment, StoreForm )
 {
-    qv::Local<QV_STORE> store( qvEnvironmentStore( environmentOf( { "b=1", "A=" } ) ) );
+    Local<QV_STORE> store( qvEnvironmentStore( environmentOf( { "b=1", "A=" } ) ) );
     EXPECT_EQ( qvStoreHints( store ), QV_STORE_HINT_ARRAY | QV_STORE_HINT_ARRAY_MANAGED );
     ASSERT_EQ( qvStoreLength( store ), 2 );
-    qv::Local<QV_STORE> variable( qvStoreStoreAt( store, 1 ) );
+    Local<QV_STORE> variable( qvStoreStoreAt( store, 1 ) );
     EXPECT_EQ( qvStoreLength( variable ), 2 );
     EXPECT_EQ( takeUtf8( qvStoreValueCstr( variable, "name", -1 ) ), "b" );
     EXPECT_EQ( takeUtf8( qvStoreValueCstr( variable, "value", -1 ) ), "1" );
@@ -184,12 +161,12 @@ TEST( Environment, StoreForm )
 
 TEST( Environment, RestoreSkipsWhatItCannotUse )
 {
-    qv::Local<QV_STORE> empty( qvStoreCreate() );
+    Local<QV_STORE> empty( qvStoreCreate() );
     EXPECT_EQ( shown( Environment( qvEnvironmentRestore( empty ) ) ), "<>" );
 
-    qv::Local<QV_STORE> store( qvStoreCreate() );
+    Local<QV_STORE> store( qvStoreCreate() );
     auto put = [&store]( const char *address, const char *name, const char *value ) {
-        qv::Local<QV_STORE> variable( qvStoreCreate() );
+        Local<QV_STORE> variable( qvStoreCreate() );
         if ( name )
             qvStoreSetValueCstr( variable.edit(), "name", -1, text( std::string_view( name ) ) );
         if ( value )
@@ -202,7 +179,7 @@ TEST( Environment, RestoreSkipsWhatItCannotUse )
     put( "d", "novalue", nullptr );
     put( "e", "", "" );
     qvStoreSetValueCstr( store.edit(), "name", -1, text( "plain" ) );
-    qv::Local<QV_STORE> nested( qvStoreCreate() );
+    Local<QV_STORE> nested( qvStoreCreate() );
     qvStoreSetValueCstr( nested.edit(), "name", -1, text( "nested" ) );
     qvStoreSetStoreCstr( nested.edit(), "value", -1, empty );
     qvStoreSetStoreCstr( store.edit(), "f", -1, nested );

@@ -1,21 +1,17 @@
-#include <gtest/gtest.h>
+#include "support/test.hh"
 
 #include <qv/base/qv_flagset.hh>
-#include <qv/base/qv_vector.hh>
-
-#include "support/text.hh"
 
 namespace
 {
 
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 const qv::EnumName names[] = { { 4, "C" }, { 1, "A" }, { 2, "B_LONG" }, { QV_INT_MIN, "TOP" } };
 
 TEST( Flagset, Generate )
 {
-    qv::Local<QV_FLAGSET> fs( qv::flagsetFromTable( names, 4 ) );
+    Local<QV_FLAGSET> fs( qv::flagsetFromTable( names, 4 ) );
     EXPECT_EQ( takeUtf8( qvFlagsetGenerate( fs, 0 ) ), "" );
     EXPECT_EQ( takeUtf8( qvFlagsetGenerate( fs, 2 ) ), "B_LONG" );
     EXPECT_EQ( takeUtf8( qvFlagsetGenerate( fs, QV_INT_MIN | 7 ) ), "A|B_LONG|C|TOP" );
@@ -24,7 +20,7 @@ TEST( Flagset, Generate )
 
 TEST( Flagset, Parse )
 {
-    qv::Local<QV_FLAGSET> fs( qv::flagsetFromTable( names, 4 ) );
+    Local<QV_FLAGSET> fs( qv::flagsetFromTable( names, 4 ) );
     struct
     {
         const char *src;
@@ -49,9 +45,7 @@ TEST( Flagset, Parse )
         { "A B", 0 },
     };
     for ( const auto &row : cases )
-    {
         EXPECT_EQ( qvFlagsetParse( fs, text( std::string_view( row.src ) ) ), row.expected ) << row.src;
-    }
 }
 
 TEST( Flagset, GeneratedTextsParseBack )
@@ -63,24 +57,24 @@ TEST( Flagset, GeneratedTextsParseBack )
         texts[bit] = "BIT" + std::to_string( bit );
         all[bit] = { static_cast<QV_INT>( uint64_t( 1 ) << bit ), texts[bit].c_str() };
     }
-    qv::Local<QV_FLAGSET> fs( qv::flagsetFromTable( all, QV_INT_BITS ) );
+    Local<QV_FLAGSET> fs( qv::flagsetFromTable( all, QV_INT_BITS ) );
     for ( uint64_t word = 1; word != 0; word = word * 3 + ( word >> 60 ) )
     {
         QV_INT flags = static_cast<QV_INT>( word );
-        qv::Local<QV_STRING> generated( qvFlagsetGenerate( fs, flags ) );
+        Local<QV_STRING> generated( qvFlagsetGenerate( fs, flags ) );
         ASSERT_EQ( qvFlagsetParse( fs, generated ), flags );
         if ( word > UINT64_MAX / 3 )
             break;
     }
-    qv::Local<QV_STRING> everything( qvFlagsetGenerate( fs, -1 ) );
+    Local<QV_STRING> everything( qvFlagsetGenerate( fs, -1 ) );
     EXPECT_EQ( qvFlagsetParse( fs, everything ), -1 );
 }
 
 TEST( Flagset, EditsKeepCopiesApart )
 {
-    qv::Local<QV_FLAGSET> before( qvFlagsetCreate() );
+    Local<QV_FLAGSET> before( qvFlagsetCreate() );
     qvFlagsetSetFlagCstr( before.edit(), "A", -1, 1 );
-    qv::Local<QV_FLAGSET> after = qv::Local<QV_FLAGSET>::share( before );
+    Local<QV_FLAGSET> after = Local<QV_FLAGSET>::share( before );
     qvFlagsetSetFlagWcstr( after.edit(), L"SECOND", -1, 1 );
     qvFlagsetSetFlagCstr( after.edit(), "B", -1, 2 );
     EXPECT_NE( (QV_FLAGSET *)before, (QV_FLAGSET *)after );
@@ -94,14 +88,14 @@ TEST( Flagset, EditsKeepCopiesApart )
     qvFlagsetDelFlagWcstr( after.edit(), L"A", -1 );
     EXPECT_EQ( qvFlagsetFlagCstr( after, "SECOND", -1 ), 1 );
     EXPECT_EQ( qvFlagsetParse( after, text( "0x3" ) ), 2 ) << "the bit has no name now";
-    qv::Local<QV_VECTOR> all( qvFlagsetFlagsVector( after ) );
+    Local<QV_VECTOR> all( qvFlagsetFlagsVector( after ) );
     EXPECT_EQ( qvVectorLength( all ), 2 );
     EXPECT_EQ( takeUtf8( qvFlagsetGenerate( before, 1 ) ), "A" );
 }
 
 TEST( FlagsetDeath, FaultsOfTheCaller )
 {
-    qv::Local<QV_FLAGSET> fs( qvFlagsetCreate() );
+    Local<QV_FLAGSET> fs( qvFlagsetCreate() );
     EXPECT_DEATH( qvFlagsetSetFlagCstr( fs.edit(), "bad", -1, 1 ), "qvNameUpperCaseOk" );
     EXPECT_DEATH( qvFlagsetSetFlagCstr( fs.edit(), "A", -1, 0 ), "isSingleBit" );
     EXPECT_DEATH( qvFlagsetSetFlagCstr( fs.edit(), "A", -1, 3 ), "isSingleBit" );

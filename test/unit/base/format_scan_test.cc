@@ -1,70 +1,56 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <cstdlib>
-#include <random>
-#include <string>
-
-#include <qv/base/qv_format.h>
-
-#include "support/text.hh"
+#include "support/test.hh"
 
 namespace
 {
 
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 struct IntCase
 {
     const char *src;
     QV_INT base;
     QV_BOOL result;
-    QV_INT value;
-    QV_INT consumed;
+    QV_INT value, consumed;
 };
+
+void expectScanned( const std::vector<IntCase> &cases )
+{
+    for ( const IntCase &row : cases )
+    {
+        Local<QV_STRING> src = text( std::string_view( row.src ) );
+        QV_INT value = 77, consumed = 77;
+        QV_BOOL result = qvFormatTryDecodeInt( src, 0, qvStringLength( src ), row.base, &value, &consumed );
+        EXPECT_EQ( result, row.result ) << row.src;
+        EXPECT_EQ( value, row.value ) << row.src;
+        EXPECT_EQ( consumed, row.consumed ) << row.src;
+        EXPECT_EQ( qvStringScanInt( src, 0, -1, row.base, nullptr, nullptr ), row.result );
+    }
+}
 
 TEST( FormatScan, Integers )
 {
-    const IntCase cases[] = {
+    expectScanned( {
+        { "   ", 10, 0, 0, 3 },           { "  x", 10, 0, 0, 2 },       { "--5", 10, 0, 0, 1 },
+        { "42", 10, 1, 42, 2 },           { "+42", 10, 1, 42, 3 },      { "- 5", 10, 1, -5, 3 },
+        { " \t- 5 \n x", 10, 1, -5, 8 },  { "12abc", 10, 1, 12, 2 },    { "12abc", 16, 1, 0x12abc, 5 },
+        { "zZ", 36, 1, 35 * 36 + 35, 2 }, { "0x1F", -1, 1, 31, 4 },     { "0X1f", -1, 1, 31, 4 },
+        { "0x1F", 16, 1, 0, 1 },          { "0b101", -1, 1, 5, 5 },     { "0o17", -1, 1, 15, 4 },
+        { "0d17", -1, 1, 17, 4 },         { "017", -1, 1, 17, 3 },      { "12: 5", -1, 1, 5, 5 },
+        { "12:b", -1, 1, 11, 4 },         { "36:z", -1, 1, 35, 4 },     { "2:12", -1, 1, 1, 3 },
+        { "02:1", -1, 1, 2, 2 },          { "1:1", -1, 1, 1, 1 },       { "37:1", -1, 1, 37, 2 },
+        { "0x ", -1, 0, 0, 3 },           { "0x-", -1, 0, 0, 3 },       { "0x - 1F", -1, 1, -31, 7 },
+        { "-0x1F", -1, 1, -31, 5 },       { "- 0x 1F", -1, 1, -31, 7 }, { "-0x-1F", -1, 0, 0, 3 },
+        { "0xg", -1, 0, 0, 2 },           { "16:", -1, 0, 0, 3 },       { "\u0663\u0664", 10, 1, 34, 2 },
+        { "\u0663\u0664", 8, 1, 28, 2 },  { "\u0663", 20, 0, 0, 0 },    { "\uFF21", 16, 1, 10, 1 },
+        { "\u30005\u2003", 10, 1, 5, 3 },
+    } );
+    expectScanned( {
         { "", 10, 0, 0, 0 },
-        { "   ", 10, 0, 0, 3 },
         { "x", 10, 0, 0, 0 },
-        { "  x", 10, 0, 0, 2 },
         { "-", 10, 0, 0, 1 },
         { "- ", 10, 0, 0, 2 },
-        { "--5", 10, 0, 0, 1 },
         { "0", 10, 1, 0, 1 },
-        { "42", 10, 1, 42, 2 },
-        { "+42", 10, 1, 42, 3 },
-        { "- 5", 10, 1, -5, 3 },
-        { " \t- 5 \n x", 10, 1, -5, 8 },
-        { "12abc", 10, 1, 12, 2 },
-        { "12abc", 16, 1, 0x12abc, 5 },
-        { "zZ", 36, 1, 35 * 36 + 35, 2 },
-        { "0x1F", -1, 1, 31, 4 },
-        { "0X1f", -1, 1, 31, 4 },
-        { "0x1F", 16, 1, 0, 1 },
-        { "0b101", -1, 1, 5, 5 },
-        { "0o17", -1, 1, 15, 4 },
-        { "0d17", -1, 1, 17, 4 },
-        { "017", -1, 1, 17, 3 },
-        { "12: 5", -1, 1, 5, 5 },
-        { "12:b", -1, 1, 11, 4 },
-        { "36:z", -1, 1, 35, 4 },
-        { "2:12", -1, 1, 1, 3 },
-        { "02:1", -1, 1, 2, 2 },
-        { "1:1", -1, 1, 1, 1 },
-        { "37:1", -1, 1, 37, 2 },
         { "0x", -1, 0, 0, 2 },
-        { "0x ", -1, 0, 0, 3 },
-        { "0x-", -1, 0, 0, 3 },
-        { "0x - 1F", -1, 1, -31, 7 },
-        { "-0x1F", -1, 1, -31, 5 },
-        { "- 0x 1F", -1, 1, -31, 7 },
-        { "-0x-1F", -1, 0, 0, 3 },
-        { "0xg", -1, 0, 0, 2 },
-        { "16:", -1, 0, 0, 3 },
         { "9223372036854775807", 10, 1, QV_INT_MAX, 19 },
         { "9223372036854775808", 10, 1, 922337203685477580, 18 },
         { "-9223372036854775808", 10, 1, QV_INT_MIN, 20 },
@@ -77,28 +63,12 @@ TEST( FormatScan, Integers )
         { "-8000000000000000", 16, 1, QV_INT_MIN, 17 },
         { "1y2p0ij32e8e7", 36, 1, QV_INT_MAX, 13 },
         { "1y2p0ij32e8e8", 36, 1, QV_INT_MAX / 36, 12 },
-        { "\u0663\u0664", 10, 1, 34, 2 },
-        { "\u0663\u0664", 8, 1, 28, 2 },
-        { "\u0663", 20, 0, 0, 0 },
-        { "\uFF21", 16, 1, 10, 1 },
-        { "\u30005\u2003", 10, 1, 5, 3 },
-    };
-    for ( const IntCase &row : cases )
-    {
-        qv::Local<QV_STRING> src = text( std::string_view( row.src ) );
-        QV_INT value = 77;
-        QV_INT consumed = 77;
-        QV_BOOL result = qvFormatTryDecodeInt( src, 0, qvStringLength( src ), row.base, &value, &consumed );
-        EXPECT_EQ( result, row.result ) << row.src;
-        EXPECT_EQ( value, row.value ) << row.src;
-        EXPECT_EQ( consumed, row.consumed ) << row.src;
-        EXPECT_EQ( qvStringScanInt( src, 0, -1, row.base, nullptr, nullptr ), row.result );
-    }
+    } );
 }
 
 TEST( FormatScan, RangesAndBadCodePoints )
 {
-    qv::Local<QV_STRING> src = text( "ab1234cd" );
+    Local<QV_STRING> src = text( "ab1234cd" );
     QV_INT value = 0;
     QV_INT consumed = 0;
     EXPECT_TRUE( qvFormatTryDecodeInt( src, 3, 2, 10, &value, &consumed ) );
@@ -129,11 +99,11 @@ TEST( FormatScan, IntegersComeBack )
         if ( detect )
             flags |= QV_FORMAT_FLAG_BASEDECIMAL |
                      ( random() % 2 ? QV_FORMAT_FLAG_BASEMNEMONIC : QV_FORMAT_FLAG_BASENUMERIC );
-        qv::Local<QV_STRING> encoded( qvFormatEncodeInt( value, base, 0, flags ) );
+        Local<QV_STRING> encoded( qvFormatEncodeInt( value, base, 0, flags ) );
         QV_INT read = 0;
         QV_INT consumed = 0;
         ASSERT_TRUE( qvStringScanInt( encoded, 0, -1, detect ? -1 : base, &read, &consumed ) );
-        ASSERT_EQ( read, value ) << test::toUtf8( encoded );
+        ASSERT_EQ( read, value ) << toUtf8( encoded );
         ASSERT_EQ( consumed, qvStringLength( encoded ) );
     }
 }
@@ -169,7 +139,7 @@ TEST( FormatScan, Reals )
     };
     for ( const auto &row : cases )
     {
-        qv::Local<QV_STRING> src = text( std::string_view( row.src ) );
+        Local<QV_STRING> src = text( std::string_view( row.src ) );
         double value = 77;
         QV_INT consumed = 77;
         EXPECT_EQ( qvStringScanReal( src, 0, -1, row.base, &value, &consumed ), row.result ) << row.src;
@@ -199,9 +169,7 @@ TEST( FormatScan, Bools )
     struct
     {
         const char *src;
-        QV_BOOL allowNumeric;
-        QV_BOOL result;
-        QV_BOOL value;
+        QV_BOOL allowNumeric, result, value;
         QV_INT consumed;
     } const cases[] = {
         { "", 1, 0, 0, 0 },         { "  ", 1, 0, 0, 2 },        { "true", 0, 1, 1, 4 },
@@ -212,7 +180,7 @@ TEST( FormatScan, Bools )
     };
     for ( const auto &row : cases )
     {
-        qv::Local<QV_STRING> src = text( std::string_view( row.src ) );
+        Local<QV_STRING> src = text( std::string_view( row.src ) );
         QV_BOOL value = 77;
         QV_INT consumed = 77;
         EXPECT_EQ( qvStringScanBool( src, 0, -1, row.allowNumeric, &value, &consumed ), row.result )

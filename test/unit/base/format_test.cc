@@ -1,26 +1,14 @@
-#include <gtest/gtest.h>
+#include "support/test.hh"
+
+#include <qv/base/qv_format.hh>
 
 #include <cinttypes>
-#include <cmath>
 #include <cstdarg>
-#include <cstdio>
-#include <limits>
-#include <random>
-#include <string>
-
-#include <qv/base/qv_boxed_int.h>
-#include <qv/base/qv_format.hh>
-#include <qv/base/qv_string.hh>
-#include <qv/sys/qv_mem.h>
-
-#include "support/text.hh"
 
 namespace
 {
 
-using test::takeUtf8;
-using test::text;
-using test::toUtf8;
+using namespace test;
 
 constexpr QV_INT operator""_i( unsigned long long value )
 {
@@ -30,7 +18,7 @@ constexpr QV_INT operator""_i( unsigned long long value )
 // Executes a format with the given arguments.
 std::string formatted( const char *format, ... )
 {
-    qv::Local<QV_STRING> fmt = text( std::string_view( format ) );
+    Local<QV_STRING> fmt = text( std::string_view( format ) );
     QV_ARG_LIST list;
     va_start( list.args, format );
     std::string result = takeUtf8( qv___FormatArgList( fmt, &list ) );
@@ -45,68 +33,44 @@ struct IntCase
     const char *expected;
 };
 
+void expectFormatted( const std::vector<IntCase> &cases )
+{
+    for ( const IntCase &row : cases )
+        EXPECT_EQ( formatted( row.format, row.value ), row.expected ) << row.format << " of " << row.value;
+}
+
 TEST( Format, Integers )
 {
-    const IntCase cases[] = {
+    expectFormatted( {
+        { "%^!36i", 35, "Z" },      { "%0!16i", 255, "ff" },      { "%05i", -42, "-0042" },
+        { "%02i", 7, "07" },        { "%#!16i", 255, "0xff" },    { "%##!16i", 255, "16:ff" },
+        { "%#^!16i", 255, "0XFF" }, { "%###!16i", 255, "ff" },    { "%####!16i", 255, "ff" },
+        { "%#i", 10, "10" },        { "%#'i", 10, "0d10" },       { "%#^'i", 10, "0D10" },
+        { "%##'i", 10, "10:10" },   { "%'i", 10, "10" },          { "%#!7i", 8, "7:11" },
+        { "%#!2i", 5, "0b101" },    { "%#!8i", 8, "0o10" },       { "%-5i", 42, "42   " },
+        { "%-05i", 42, "42   " },   { "%_i", -5, "5" },           { "%_+i", 5, "5" },
+        { "% i", 5, " 5" },         { "%+ i", 5, "+5" },          { "%+i", -5, "-5" },
+        { "%+05i", 5, "+0005" },    { "% i", 0, " 0" },           { "%X", 255, "ff" },
+        { "%^X", 255, "FF" },       { "%!10X", 255, "255" },      { "%!X", 255, "ff" },
+        { "%!i", 255, "255" },      { "%8X|", 255, "      ff|" }, { "%5 i", 5, "    5" },
+        { "%.100A", 7, "007" },     { "%.100A", 100, "100" },     { "%-.100A", 7, "007" },
+        { "%5.100A", 7, "00007" },  { "%+.100A", 7, "+007" },     { "%#.255!16A", 7, "0x07" },
+        { "%.0A", 0, "0" },         { "a%%b%i", 1, "a%b1" },      { "%i%%", 1, "1%" },
+    } );
+    expectFormatted( {
         { "%i", 0, "0" },
         { "%i", QV_INT_MAX, "9223372036854775807" },
         { "%i", QV_INT_MIN, "-9223372036854775808" },
         { "%!2i", QV_INT_MIN, "-1000000000000000000000000000000000000000000000000000000000000000" },
         { "%!36i", QV_INT_MIN, "-1y2p0ij32e8e8" },
-        { "%^!36i", 35, "Z" },
         { "%^06!16i", 255, "0000FF" },
-        { "%0!16i", 255, "ff" },
         { "u%^04!16i", 0xE9, "u00E9" },
-        { "%05i", -42, "-0042" },
-        { "%02i", 7, "07" },
-        { "%#!16i", 255, "0xff" },
-        { "%##!16i", 255, "16:ff" },
-        { "%#^!16i", 255, "0XFF" },
-        { "%###!16i", 255, "ff" },
-        { "%####!16i", 255, "ff" },
-        { "%#i", 10, "10" },
-        { "%#'i", 10, "0d10" },
-        { "%#^'i", 10, "0D10" },
-        { "%##'i", 10, "10:10" },
-        { "%'i", 10, "10" },
-        { "%#!7i", 8, "7:11" },
-        { "%#!2i", 5, "0b101" },
-        { "%#!8i", 8, "0o10" },
         { "%#08!16i", -255, "-0x000ff" },
         { "%#8!16i", -255, "   -0xff" },
         { "%-#8!16i|", -255, "-0xff   |" },
-        { "%-5i", 42, "42   " },
-        { "%-05i", 42, "42   " },
-        { "%_i", -5, "5" },
-        { "%_+i", 5, "5" },
-        { "% i", 5, " 5" },
-        { "%+ i", 5, "+5" },
-        { "%+i", -5, "-5" },
-        { "%+05i", 5, "+0005" },
-        { "% i", 0, " 0" },
-        { "%X", 255, "ff" },
-        { "%^X", 255, "FF" },
-        { "%!10X", 255, "255" },
-        { "%!X", 255, "ff" },
-        { "%!i", 255, "255" },
-        { "%8X|", 255, "      ff|" },
-        { "%5 i", 5, "    5" },
         { "%.i", 5, "5" },
-        { "%.100A", 7, "007" },
-        { "%.100A", 100, "100" },
-        { "%-.100A", 7, "007" },
-        { "%5.100A", 7, "00007" },
-        { "%+.100A", 7, "+007" },
-        { "%#.255!16A", 7, "0x07" },
-        { "%.0A", 0, "0" },
         { "%A", 7, "0000000000000000007" },
-        { "a%%b%i", 1, "a%b1" },
-        { "%i%%", 1, "1%" },
-    };
-    for ( const IntCase &row : cases )
-    {
-        EXPECT_EQ( formatted( row.format, row.value ), row.expected ) << row.format << " of " << row.value;
-    }
+    } );
     EXPECT_EQ( formatted( "%.*A", 100_i, 7_i ), "007" );
     EXPECT_EQ( formatted( "%*.*!*A|%i", 6_i, 255_i, 16_i, 10_i, 3_i ), "00000a|3" );
     EXPECT_EQ( formatted( "%*!*i", 4_i, 3_i, 5_i ), "  12" );
@@ -164,13 +128,11 @@ TEST( Format, IntegersAgainstNaiveModel )
             << value << " base " << base << " width " << width << " flags " << flags;
     }
     for ( uint64_t power = 1; power != 0; power = power > UINT64_MAX / 10 ? 0 : power * 10 )
-    {
         for ( uint64_t around : { power - 1, power, power + 1 } )
         {
             QV_INT value = static_cast<QV_INT>( around );
             EXPECT_EQ( takeUtf8( qvFormatEncodeInt( value, 10, 0, 0 ) ), std::to_string( value ) );
         }
-    }
 }
 
 TEST( Format, Reals )
@@ -209,9 +171,7 @@ TEST( Format, Reals )
         { "%-5r|", std::numeric_limits<double>::quiet_NaN(), "NAN  |" },
     };
     for ( const auto &row : cases )
-    {
         EXPECT_EQ( formatted( row.format, row.value ), row.expected ) << row.format << " of " << row.value;
-    }
     EXPECT_EQ( formatted( "%*.*!*r", 9_i, 2_i, 16_i, 10.5 ), "     a.80" );
 }
 
@@ -268,8 +228,8 @@ TEST( Format, RealsOfAnySizeShowDigitsOnly )
 
 TEST( Format, Texts )
 {
-    qv::Local<QV_STRING> abc = text( "abc" );
-    qv::Local<QV_STRING> wide = text( "a\u00DF\u20AC\U0001F600" );
+    Local<QV_STRING> abc = text( "abc" );
+    Local<QV_STRING> wide = text( "a\u00DF\u20AC\U0001F600" );
     QV_STRING *none = nullptr;
     EXPECT_EQ( formatted( "%s", (QV_STRING *)abc ), "abc" );
     EXPECT_EQ( formatted( "%.2s", (QV_STRING *)abc ), "ab" );
@@ -313,16 +273,12 @@ TEST( Format, ForeignTexts )
     EXPECT_EQ( formatted( "%~lw", qvMemDup( L"wide", sizeof L"wide" ) ), "wide" );
 }
 
-TEST( Format, OwnedStringsAreReleasedOnce )
+TEST( Format, OwnedObjectsAreReleasedOnce )
 {
-    qv::Local<QV_STRING> held = text( "held" );
+    Local<QV_STRING> held = text( "held" );
     EXPECT_EQ( formatted( "%~s", qv::retained( (QV_STRING *)held ) ), "held" );
     EXPECT_EQ( QV_REF_RETAIN_COUNT( (QV_STRING *)held ), 1u );
-}
-
-TEST( Format, OwnedObjects )
-{
-    qv::Local<QV_BOXED_INT> boxed( qvBoxedIntCreate( 12 ) );
+    Local<QV_BOXED_INT> boxed( qvBoxedIntCreate( 12 ) );
     qvBoxedIntRetain( boxed );
     EXPECT_EQ( formatted( "%~5o", qvBoxedIntObj( boxed ) ), "   12" );
     EXPECT_EQ( QV_REF_RETAIN_COUNT( qvBoxedIntObj( boxed ) ), 1u );
@@ -358,8 +314,8 @@ TEST( Format, LongResultsGrow )
 
 TEST( Format, SharedDestinationsStayWhole )
 {
-    qv::Local<QV_STRING> before = text( "abc" );
-    qv::Local<QV_STRING> dest = qv::Local<QV_STRING>::share( before );
+    Local<QV_STRING> before = text( "abc" );
+    Local<QV_STRING> dest = Local<QV_STRING>::share( before );
     qv::formatAppendInt( dest.edit(), 42, 10, 5, 0 );
     qv::formatAppendReal( dest.edit(), 0.5, 10, 0, 1, 0 );
     qv___FormatEncodeBase( dest.edit(), 36, QV_FORMAT_FLAG_BASENUMERIC );
@@ -383,8 +339,7 @@ TEST( Format, Flags )
 {
     struct
     {
-        QV_FORMAT_FLAGS flags;
-        QV_FORMAT_FLAGS expected;
+        QV_FORMAT_FLAGS flags, expected;
         const char *names;
     } const cases[] = {
         { 0, 0, "" },

@@ -1,26 +1,17 @@
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <thread>
-#include <vector>
-
-#include <qv/base/qv_counter.h>
-#include <qv/base/qv_generation.h>
-
-#include "support/text.hh"
+#include "support/test.hh"
 
 namespace
 {
 
-using test::takeUtf8;
+using namespace test;
 
-TEST( Generation, PathsAndOrder )
+TEST( Generation, PathsOrderAndKinship )
 {
-    qv::Local<QV_GENERATION> root( qvGenerationCreate() );
-    qv::Local<QV_GENERATION> nextRoot( qvGenerationCreate() );
-    qv::Local<QV_GENERATION> child( qvGenerationCreateWithParent( root ) );
-    qv::Local<QV_GENERATION> sibling( qvGenerationCreateWithParent( root ) );
-    qv::Local<QV_GENERATION> grandchild( qvGenerationCreateWithParent( child ) );
+    Local<QV_GENERATION> root( qvGenerationCreate() );
+    Local<QV_GENERATION> nextRoot( qvGenerationCreate() );
+    Local<QV_GENERATION> child( qvGenerationCreateWithParent( root ) );
+    Local<QV_GENERATION> sibling( qvGenerationCreateWithParent( root ) );
+    Local<QV_GENERATION> grandchild( qvGenerationCreateWithParent( child ) );
     std::string path = takeUtf8( qvGenerationToString( root ) );
     EXPECT_EQ( takeUtf8( qvGenerationToString( nextRoot ) ), std::to_string( std::stoll( path ) + 1 ) );
     EXPECT_EQ( takeUtf8( qvGenerationToString( child ) ), path + ":0" );
@@ -29,23 +20,15 @@ TEST( Generation, PathsAndOrder )
 
     QV_GENERATION *inOrder[] = { root, child, grandchild, sibling, nextRoot };
     for ( int older = 0; older < 5; older++ )
-    {
         for ( int younger = 0; younger < 5; younger++ )
         {
             EXPECT_EQ( qvGenerationIsOlder( inOrder[older], inOrder[younger] ), older < younger );
             EXPECT_EQ( qvGenerationIsYounger( inOrder[older], inOrder[younger] ), older > younger );
         }
-    }
-}
 
-TEST( Generation, Kinship )
-{
-    qv::Local<QV_GENERATION> root( qvGenerationCreate() );
-    qv::Local<QV_GENERATION> child( qvGenerationCreateWithParent( root ) );
-    qv::Local<QV_GENERATION> grandchild( qvGenerationCreateWithParent( child ) );
     EXPECT_FALSE( qvGenerationHasParent( root ) );
     EXPECT_EQ( qvGenerationParent( root ), nullptr );
-    qv::Local<QV_GENERATION> parent( qvGenerationParent( grandchild ) );
+    Local<QV_GENERATION> parent( qvGenerationParent( grandchild ) );
     EXPECT_EQ( (QV_GENERATION *)parent, (QV_GENERATION *)child );
     EXPECT_TRUE( qvGenerationIsParent( root, child ) );
     EXPECT_FALSE( qvGenerationIsParent( root, grandchild ) );
@@ -61,23 +44,13 @@ TEST( Generation, Kinship )
 
 TEST( Generation, NumbersOfChildrenAreUniqueAcrossThreads )
 {
-    qv::Local<QV_GENERATION> root( qvGenerationCreate() );
+    Local<QV_GENERATION> root( qvGenerationCreate() );
     constexpr int each = 200;
     std::vector<QV_GENERATION *> children( 4 * each );
-    std::vector<std::thread> threads;
-    for ( size_t worker = 0; worker < 4; worker++ )
-    {
-        threads.emplace_back( [&, worker] {
-            for ( size_t idx = 0; idx < each; idx++ )
-            {
-                children[worker * each + idx] = qvGenerationCreateWithParent( root );
-            }
-        } );
-    }
-    for ( std::thread &thread : threads )
-    {
-        thread.join();
-    }
+    runOnThreads( 4, [&]( size_t worker ) {
+        for ( size_t idx = 0; idx < each; idx++ )
+            children[worker * each + idx] = qvGenerationCreateWithParent( root );
+    } );
     std::vector<bool> seen( children.size(), false );
     for ( QV_GENERATION *child : children )
     {
@@ -92,10 +65,10 @@ TEST( Generation, NumbersOfChildrenAreUniqueAcrossThreads )
 
 TEST( Generation, Registry )
 {
-    qv::Local<QV_GENERATION> root( qvGenerationCreate() );
-    qv::Local<QV_GENERATION> child( qvGenerationCreateWithParent( root ) );
-    qv::Local<QV_GENERATION> grandchild( qvGenerationCreateWithParent( child ) );
-    qv::Local<QV_GENERATION_MUTEX> mutex( qvGenerationMutexCreate() );
+    Local<QV_GENERATION> root( qvGenerationCreate() );
+    Local<QV_GENERATION> child( qvGenerationCreateWithParent( root ) );
+    Local<QV_GENERATION> grandchild( qvGenerationCreateWithParent( child ) );
+    Local<QV_GENERATION_MUTEX> mutex( qvGenerationMutexCreate() );
     EXPECT_TRUE( qvGenerationMutexTryRegister( mutex, child ) );
     EXPECT_FALSE( qvGenerationMutexTryRegister( mutex, child ) );
     EXPECT_FALSE( qvGenerationMutexTryRegister( mutex, grandchild ) );
@@ -109,7 +82,7 @@ TEST( Generation, Registry )
 
 TEST( Counter, WaitsForZero )
 {
-    qv::Local<QV_COUNTER> ctr( qvCounterCreate() );
+    Local<QV_COUNTER> ctr( qvCounterCreate() );
     qvCounterWaitZero( ctr );
     EXPECT_TRUE( qvCounterWaitZeroTimed( ctr, 0 ) );
     qvCounterIncrement( ctr );

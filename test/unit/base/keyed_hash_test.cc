@@ -1,8 +1,6 @@
 // The keyed hash: known results, and its spread under the key of this process.
 
-#include <gtest/gtest.h>
-
-#include <set>
+#include "support/test.hh"
 
 #include <qv/base/qv_keyed_hash.hh>
 
@@ -28,7 +26,6 @@ TEST( KeyedHash, SpreadsNamesAsTheKeySays )
     std::set<uint64_t> hashes;
     std::set<uint64_t> slots;
     for ( QV_CHAR first = 0; first < 100; first++ )
-    {
         for ( QV_CHAR second = 0; second < 100; second++ )
         {
             QV_CHAR chs[] = { first, second, 0 };
@@ -39,7 +36,6 @@ TEST( KeyedHash, SpreadsNamesAsTheKeySays )
                 slots.insert( hash & 0xFFFF );
             }
         }
-    }
     EXPECT_EQ( hashes.size(), 20000u );
     EXPECT_GT( slots.size(), 16500u ); // 17230 by chance
     qv::hashKey.words[0] ^= 1;

@@ -1,31 +1,18 @@
 // Options: what each element of an argument vector turns into, the definition's copies, and typed arguments.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
 
-#include <cmath>
-#include <initializer_list>
-#include <string>
-#include <vector>
-
-#include <qv/base/qv_boxed_bool.h>
-#include <qv/base/qv_boxed_int.h>
-#include <qv/base/qv_boxed_null.h>
-#include <qv/base/qv_boxed_real.h>
 #include <qv/base/qv_opt_def.hh>
 #include <qv/base/qv_opt_seq.hh>
-#include <qv/base/qv_vector.h>
 
-#include "support/text.hh"
-
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 namespace
 {
 
-using Definition = qv::Local<QV_OPT_DEF>;
-using Sequence = qv::Local<QV_OPT_SEQ>;
-using Arguments = qv::Local<QV_VECTOR>;
+using Definition = Local<QV_OPT_DEF>;
+using Sequence = Local<QV_OPT_SEQ>;
+using Arguments = Local<QV_VECTOR>;
 
 enum Id : QV_INT
 {
@@ -76,7 +63,7 @@ Arguments arguments( const std::vector<std::string> &words )
         if ( word.starts_with( '#' ) )
             qvVectorAppendInt( argv.edit(), std::stoll( word.substr( 1 ) ) );
         else
-            qvVectorAppendStringCstr( argv.edit(), word.data(), static_cast<QV_INT>( word.size() ) );
+            qvVectorAppendStringCstr( argv.edit(), word.data(), lengthOf( word ) );
     }
     return argv;
 }
@@ -110,8 +97,7 @@ std::vector<std::string> walked( QV_OPT_DEF *def, const std::vector<std::string>
 
 struct Walk
 {
-    std::vector<std::string> words;
-    std::vector<std::string> steps;
+    std::vector<std::string> words, steps;
 };
 
 void expectWalks( QV_OPT_DEF *def, std::initializer_list<Walk> walks )
@@ -120,9 +106,7 @@ void expectWalks( QV_OPT_DEF *def, std::initializer_list<Walk> walks )
     {
         std::string line;
         for ( const std::string &word : walk.words )
-        {
             line += word + " ";
-        }
         EXPECT_EQ( walked( def, walk.words ), walk.steps ) << line;
     }
 }
@@ -246,8 +230,7 @@ struct Typed
 
 Sequence sequenceOf( const Typed &row )
 {
-    qv::Local<qv___Obj> arg( row.object ? row.object
-                                        : qvStringObj( qvStringCreateFromCstr( row.text, -1 ) ) );
+    Local<qv___Obj> arg( row.object ? row.object : qvStringObj( qvStringCreateFromCstr( row.text, -1 ) ) );
     Arguments argv( qvVectorCreateFromObj( arg ) );
     Sequence seq( qvOptSeqCreate( definition( true ), argv ) );
     qvOptSeqNext( seq );
@@ -345,8 +328,7 @@ TEST( OptDef, LongNames )
     struct
     {
         const char *name;
-        QV_INT exact;
-        QV_INT abbreviated;
+        QV_INT exact, abbreviated;
         bool isAbbreviated;
     } const rows[] = {
         { "file", idFile, idFile, false },

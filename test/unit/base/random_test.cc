@@ -1,19 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <set>
-#include <vector>
-
-#include <qv/base/qv_buffer.h>
-#include <qv/base/qv_identifier.h>
-#include <qv/base/qv_random.h>
-
-#include "support/text.hh"
+#include "support/test.hh"
 
 namespace
 {
 
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 TEST( Random, BytesFillTheWholeRange )
 {
@@ -26,23 +16,19 @@ TEST( Random, BytesFillTheWholeRange )
         {
             qvRandomBytes( bytes.data(), byteCount );
             for ( size_t idx = 0; idx < bytes.size(); idx++ )
-            {
                 seen[idx] = static_cast<unsigned char>( seen[idx] | bytes[idx] );
-            }
         }
         EXPECT_EQ( seen.back(), 0 ) << "nothing behind the range is written";
         seen.pop_back();
         for ( unsigned char byte : seen )
-        {
             EXPECT_NE( byte, 0 );
-        }
     }
     qvRandomBytes( nullptr, 0 );
 }
 
 TEST( Random, BuffersGrowByTheCount )
 {
-    qv::Local<QV_BUFFER> buffer( qvBufferCreateFromByte( 7 ) );
+    Local<QV_BUFFER> buffer( qvBufferCreateFromByte( 7 ) );
     qvRandom( buffer.edit(), 0 );
     EXPECT_EQ( qvBufferLength( buffer ), 1 );
     qvRandom( buffer.edit(), 300 );
@@ -87,18 +73,18 @@ TEST( Identifier, RoundTrips )
     std::set<std::string> texts;
     for ( int round = 0; round < 100; round++ )
     {
-        qv::Local<QV_IDENTIFIER> ident( qvIdentifierCreate() );
+        Local<QV_IDENTIFIER> ident( qvIdentifierCreate() );
         std::string digits = takeUtf8( qvIdentifierString( ident ) );
         EXPECT_EQ( digits.size(), 32u );
         EXPECT_EQ( digits.find_first_not_of( "0123456789ABCDEF" ), std::string::npos );
         texts.insert( digits );
-        qv::Local<QV_BUFFER> bytes( qvIdentifierBuffer( ident ) );
-        qv::Local<QV_IDENTIFIER> fromText( qvIdentifierTryCreateFromString( text( digits ) ) );
-        qv::Local<QV_IDENTIFIER> fromBytes( qvIdentifierTryCreateFromBuffer( bytes ) );
+        Local<QV_BUFFER> bytes( qvIdentifierBuffer( ident ) );
+        Local<QV_IDENTIFIER> fromText( qvIdentifierTryCreateFromString( text( digits ) ) );
+        Local<QV_IDENTIFIER> fromBytes( qvIdentifierTryCreateFromBuffer( bytes ) );
         EXPECT_TRUE( qvIdentifierEquals( ident, fromText ) );
         EXPECT_TRUE( qvIdentifierEquals( ident, fromBytes ) );
         qvBufferAppendBits( bytes.edit(), 5, round % 8 );
-        qv::Local<QV_IDENTIFIER> fromBits( qvIdentifierTryCreateFromBuffer( bytes ) );
+        Local<QV_IDENTIFIER> fromBits( qvIdentifierTryCreateFromBuffer( bytes ) );
         EXPECT_TRUE( qvIdentifierEquals( ident, fromBits ) );
         EXPECT_EQ( takeUtf8( qvIdentifierToString( fromBytes ) ), digits );
     }
@@ -120,12 +106,12 @@ TEST( Identifier, BadForms )
     for ( const std::string &form : bad )
     {
         EXPECT_EQ( qvIdentifierTryCreateFromString( text( form ) ), nullptr ) << form;
-        qv::Local<QV_BUFFER> bytes( qvBufferCreateFromBytesCopy(
-            reinterpret_cast<const unsigned char *>( form.data() ), static_cast<QV_INT>( form.size() ) ) );
+        Local<QV_BUFFER> bytes( qvBufferCreateFromBytesCopy(
+            reinterpret_cast<const unsigned char *>( form.data() ), lengthOf( form ) ) );
         EXPECT_EQ( qvIdentifierTryCreateFromBuffer( bytes ), nullptr ) << form;
     }
-    qv::Local<QV_IDENTIFIER> low( qvIdentifierTryCreateFromString( text( good ) ) );
-    qv::Local<QV_IDENTIFIER> high( qvIdentifierTryCreateFromString( text( "F" + good.substr( 1 ) ) ) );
+    Local<QV_IDENTIFIER> low( qvIdentifierTryCreateFromString( text( good ) ) );
+    Local<QV_IDENTIFIER> high( qvIdentifierTryCreateFromString( text( "F" + good.substr( 1 ) ) ) );
     EXPECT_LT( qvIdentifierCompare( low, high ), 0 );
 }
 

@@ -1,30 +1,20 @@
 // Comparison, search and splitting against naive models and tables.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
 
-#include <random>
-#include <vector>
-
-#include <qv/base/qv_vector.hh>
-
-#include "support/text.hh"
-
-using test::text;
-using test::toUtf8;
+using namespace test;
 
 namespace
 {
 
 using Text = std::u32string;
-using Owned = qv::Local<QV_STRING>;
+using Owned = Local<QV_STRING>;
 
 Text randomText( std::mt19937 &random, size_t length, unsigned letters )
 {
     Text chars( length, U'a' );
     for ( char32_t &ch : chars )
-    {
         ch = U'a' + random() % letters;
-    }
     return chars;
 }
 
@@ -76,7 +66,6 @@ TEST( StringSearch, OrderIsThatOfTheCodePoints )
 {
     std::mt19937 random( 13 );
     for ( size_t length : { 0, 1, 3, 4, 5, 8, 255, 256, 257, 600 } )
-    {
         for ( int round = 0; round < 50; round++ )
         {
             Text chars = randomText( random, length, 2 );
@@ -92,7 +81,6 @@ TEST( StringSearch, OrderIsThatOfTheCodePoints )
             ASSERT_EQ( chars == other, qvStringEquals( qvsA, qvsB ) != 0 );
             ASSERT_EQ( chars == other, qv::stringEquals( qvsA, qvsB ) );
         }
-    }
     Owned lastOfPlane = text( U"\uFFFF" );
     Owned nextPlane = text( U"\U00010000" );
     EXPECT_EQ( -1, qvStringCompare( lastOfPlane, nextPlane ) );
@@ -124,19 +112,16 @@ TEST( StringSearch, EqualityInAllForms )
 
 std::vector<std::string> parts( QV_VECTOR *given )
 {
-    qv::Local<QV_VECTOR> vec( given );
+    Local<QV_VECTOR> vec( given );
     std::vector<std::string> result;
     for ( QV_INT idx = 0; idx < qv::vectorLength( vec ); idx++ )
-    {
         result.push_back( toUtf8( qvStringFrom( qv::vectorAt( vec, idx ) ) ) );
-    }
     return result;
 }
 
 struct SplitRow
 {
-    const char *source;
-    const char *separator;
+    const char *source, *separator;
     QV_INT maxParts;
     std::vector<std::string> expected;
 };
@@ -186,10 +171,8 @@ TEST( StringSplit, WhiteSpaceMakesNoEmptyParts )
         { "abc", "", 5, { "abc" } },
     };
     for ( const SplitRow &row : rows )
-    {
         EXPECT_EQ( row.expected, parts( qvStringSplitWhitespace( text( row.source ), row.maxParts ) ) )
             << row.source;
-    }
 }
 
 } // namespace

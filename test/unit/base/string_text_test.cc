@@ -1,23 +1,16 @@
 // Conversions, case, clean text, normal forms and scanning.
 
-#include <gtest/gtest.h>
-
-#include <random>
+#include "support/test.hh"
 
 #include <qv/unicode/qv_unicode_lookups.hh>
-#include <qv/unicode/qv_unicode_normalizer.h>
 
-#include "support/text.hh"
-
-using test::text;
-using test::toU32;
-using test::toUtf8;
+using namespace test;
 
 namespace
 {
 
 using Text = std::u32string;
-using Owned = qv::Local<QV_STRING>;
+using Owned = Local<QV_STRING>;
 
 TEST( StringConvert, ArraysBelongToTheCaller )
 {
@@ -54,25 +47,20 @@ TEST( StringConvert, TextRoundsThroughUtf8AtEveryLength )
     {
         Text chars( length, U' ' );
         for ( char32_t &ch : chars )
-        {
             ch = random() % 3 ? random() % 0x80 : random() % 0xD800;
-        }
         Owned qvs = text( chars );
         std::string bytes = toUtf8( qvs );
         ASSERT_EQ( chars, toU32( text( bytes ) ) );
         Owned appended = text( "<" );
-        qvStringAppendCstr( appended.edit(), bytes.data(), static_cast<QV_INT>( bytes.size() ) );
+        qvStringAppendCstr( appended.edit(), bytes.data(), lengthOf( bytes ) );
         ASSERT_EQ( U"<" + chars, toU32( appended ) );
     }
 }
 
 TEST( StringConvert, BadBytesBecomeReplacements )
 {
-    EXPECT_EQ( Text( U"a\uFFFDb" ), toU32( text( "a\xFF"
-                                                 "b" ) ) );
-    EXPECT_EQ( Text( U"a\uFFFDb" ), toU32( Owned( qvStringCreateFromAscii( "a\x80"
-                                                                           "b",
-                                                                           -1 ) ) ) );
+    EXPECT_EQ( Text( U"a\uFFFDb" ), toU32( text( "a\377b" ) ) );
+    EXPECT_EQ( Text( U"a\uFFFDb" ), toU32( Owned( qvStringCreateFromAscii( "a\200b", -1 ) ) ) );
     const wchar_t wide[] = { L'a', static_cast<wchar_t>( 0x110000 ), 0 };
     EXPECT_EQ( Text( U"a\uFFFD" ), toU32( Owned( qvStringCreateFromWcstr( wide, -1 ) ) ) );
 }
@@ -111,9 +99,7 @@ TEST( StringCase, EveryCodePointMapsAsItsLookup )
 {
     Text all;
     for ( char32_t ch = 0; ch <= QV_CHAR_MAX; ch++ )
-    {
         all.push_back( ch );
-    }
     for ( const CaseFunction &function : caseFunctions )
     {
         Owned qvs = text( all );
@@ -131,9 +117,7 @@ TEST( StringCase, RandomTextsMapAsTheirLookups )
     {
         Text chars( random() % ( round % 10 ? 20 : 200 ), U'a' );
         for ( char32_t &ch : chars )
-        {
             ch = letters[random() % ( round % 2 ? 12 : QV_SIZEOF_ARRAY( letters ) - 1 )];
-        }
         for ( const CaseFunction &function : caseFunctions )
         {
             Owned qvs = text( chars );
@@ -145,28 +129,13 @@ TEST( StringCase, RandomTextsMapAsTheirLookups )
     }
 }
 
-TEST( StringCase, OneBecomesSeveral )
-{
-    Owned qvs = text( "stra\u00DFe" );
-    qvStringToUpper( qvs.edit() );
-    EXPECT_EQ( "STRASSE", toUtf8( qvs ) );
-    // 40 code points become 80 and leave the inline store on the way.
-    qvs.take( qvStringCreateFromCharsCopy( nullptr, 0 ) );
-    qvStringAppendCharRun( qvs.edit(), 0xDF, 40 );
-    qvStringToUpper( qvs.edit() );
-    EXPECT_EQ( std::string( 80, 'S' ), toUtf8( qvs ) );
-}
-
-struct FoldRow
-{
-    const char *sideA;
-    const char *sideB;
-    QV_INT order;
-};
-
 TEST( StringCase, FoldedComparison )
 {
-    const FoldRow rows[] = {
+    const struct
+    {
+        const char *sideA, *sideB;
+        QV_INT order;
+    } rows[] = {
         { "Stra\u00DFe", "STRASSE", 0 },
         { "\uFB03x", "FFIX", 0 },
         { "ffi", "\uFB03a", -1 },
@@ -179,7 +148,7 @@ TEST( StringCase, FoldedComparison )
         { "\u0130", "i\u0307", 0 },
         { "\uFFFF", "\U00010428", -1 },
     };
-    for ( const FoldRow &row : rows )
+    for ( const auto &row : rows )
     {
         Owned qvsA = text( row.sideA );
         Owned qvsB = text( row.sideB );
@@ -232,22 +201,15 @@ TEST( StringClean, NormalForms )
 TEST( StringScan, TheRangeLimitsWhatIsRead )
 {
     Owned qvs = text( "x1234true2.5" );
-    QV_INT value = 0;
-    QV_INT consumed = 0;
-    EXPECT_TRUE( qvStringScanInt( qvs, 1, -1, 10, &value, &consumed ) );
-    EXPECT_EQ( 1234, value );
-    EXPECT_EQ( 4, consumed );
-    EXPECT_TRUE( qvStringScanInt( qvs, 2, 2, 10, &value, &consumed ) );
-    EXPECT_EQ( 23, value );
-    EXPECT_FALSE( qvStringScanInt( qvs, 12, 100, 10, &value, &consumed ) );
+    QV_INT value = 0, consumed = 0;
     QV_BOOL truth = QV_FALSE;
-    EXPECT_TRUE( qvStringScanBool( qvs, 5, 4, QV_FALSE, &truth, &consumed ) );
-    EXPECT_TRUE( truth );
-    EXPECT_FALSE( qvStringScanBool( qvs, 5, 3, QV_FALSE, &truth, &consumed ) );
     double real = 0;
-    EXPECT_TRUE( qvStringScanReal( qvs, 9, -1, 10, &real, &consumed ) );
-    EXPECT_EQ( 2.5, real );
-    EXPECT_EQ( 3, consumed );
+    EXPECT_TRUE( qvStringScanInt( qvs, 1, -1, 10, &value, &consumed ) && value == 1234 && consumed == 4 );
+    EXPECT_TRUE( qvStringScanInt( qvs, 2, 2, 10, &value, &consumed ) && value == 23 );
+    EXPECT_FALSE( qvStringScanInt( qvs, 12, 100, 10, &value, &consumed ) );
+    EXPECT_TRUE( qvStringScanBool( qvs, 5, 4, QV_FALSE, &truth, &consumed ) && truth );
+    EXPECT_FALSE( qvStringScanBool( qvs, 5, 3, QV_FALSE, &truth, &consumed ) );
+    EXPECT_TRUE( qvStringScanReal( qvs, 9, -1, 10, &real, &consumed ) && real == 2.5 && consumed == 3 );
     EXPECT_DEATH( qvStringScanInt( qvs, 13, -1, 10, &value, &consumed ), "offset <= qvs->length" );
 }
 

@@ -1,23 +1,17 @@
 // Calendar times: texts both ways, and arithmetic against a calendar that is walked day by day.
 
-#include <gtest/gtest.h>
-
-#include <ctime>
-#include <random>
-#include <string>
-#include <vector>
+#include "support/test.hh"
 
 #include <qv/base/qv_time.hh>
 
-#include "support/text.hh"
+#include <ctime>
 
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 namespace
 {
 
-using Owned = qv::Local<QV_TIME>;
+using Owned = Local<QV_TIME>;
 
 Owned timeOf( QV_INT year, QV_INT month, QV_INT day, QV_INT hour = 0, QV_INT minute = 0, QV_INT second = 0 )
 {
@@ -52,9 +46,7 @@ QV_INT deltaOf( QV_TIME *tmA, QV_TIME *tmB )
 
 struct Date
 {
-    QV_INT year;
-    QV_INT month;
-    QV_INT day;
+    QV_INT year, month, day;
 
     bool operator==( const Date & ) const = default;
 };
@@ -94,64 +86,34 @@ std::vector<Date> walkCalendar( QV_INT firstYear, QV_INT lastYear )
 
 TEST( Time, ParsesItsTextWithPartsLeftOut )
 {
-    struct Case
-    {
-        const char *from;
-        const char *expected;
-    };
-    const Case cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         { "UTC 2024-01-01 12:00:00 (Monday)", "UTC 2024-01-01 12:00:00 (Monday)" },
         { "2024", "UTC 2024-01-01 00:00:00 (Monday)" },
         { "2024-02", "UTC 2024-02-01 00:00:00 (Thursday)" },
         { "utc 2024-feb-29 10", "UTC 2024-02-29 10:00:00 (Thursday)" },
         { "uTc  2024-SEPTEMBER-3\t10:7", "UTC 2024-09-03 10:07:00 (Tuesday)" },
         { "2024-01-01 (Monday)", "UTC 2024-01-01 00:00:00 (Monday)" },
-        { "2024 ( monday )", "none" },
         { "UTC 2024 1 ( monday )", "UTC 2024-01-01 01:00:00 (Monday)" },
         { "2024-01-01 23:59:61", "UTC 2024-01-01 23:59:61 (Monday)" },
         { "  0-1-1  ", "UTC 0-01-01 00:00:00 (Saturday)" },
         { "9223372036854775807-12-31", "UTC 9223372036854775807-12-31 00:00:00 (Thursday)" },
         { "2000-2-29", "UTC 2000-02-29 00:00:00 (Tuesday)" },
-        { "", "none" },
-        { "UTC", "none" },
-        { "UTC UTC 2024", "none" },
-        { "9223372036854775808", "none" },
-        { "-5", "none" },
-        { "x2024", "none" },
-        { "2024x", "none" },
-        { "2024-", "none" },
-        { "2024-0", "none" },
-        { "2024-13", "none" },
-        { "2024-sept", "none" },
-        { "2024-1-0", "none" },
-        { "2024-1-32", "none" },
-        { "2024-1-", "none" },
-        { "2024-1-1-1", "none" },
-        { "1900-2-29", "none" },
-        { "2023-02-29", "none" },
-        { "2024-04-31", "none" },
-        { "2024-01-01 24:00:00", "none" },
-        { "2024-01-01 -1", "none" },
-        { "2024-01-01 10:60", "none" },
-        { "2024-01-01 10:59:62", "none" },
-        { "2024-01-01 10:59:-1", "none" },
-        { "2024-01-01 10:", "none" },
-        { "2024-01-01 10:00:00:00", "none" },
-        { "UTC 2024-01-01 00:00:00 (Tuesday)", "none" },
-        { "2024-01-01 Monday", "none" },
-        { "2024-01-01 (Monday", "none" },
-        { "2024-01-01 (", "none" },
-        { "2024-01-01 ()", "none" },
-        { "2024-01-01 (Mon)", "none" },
-        { "2024-01-01 (Monday) x", "none" },
-        { "2024-01-01 (Monday) 10:00", "none" },
-        { "UTC 2024-01-01 10:00 (Monday) x", "none" },
-        { "2024-01-01 10:00 11:00", "none" },
     };
-    for ( const Case &c : cases )
-    {
-        EXPECT_EQ( c.expected, parsed( c.from ) ) << c.from;
-    }
+    for ( auto [from, expected] : cases )
+        EXPECT_EQ( expected, parsed( from ) ) << from;
+    auto expectNone = []( std::initializer_list<const char *> texts ) {
+        for ( const char *bad : texts )
+            EXPECT_EQ( "none", parsed( bad ) ) << bad;
+    };
+    expectNone( { "", "UTC", "-5", "x2024", "2024x", "2024-", "2024-0", "2024-13", "2024-sept", "2024-1-0",
+                  "2024-1-32", "2024-1-", "2024-1-1-1", "1900-2-29", "2023-02-29", "2024-04-31" } );
+    expectNone( { "2024 ( monday )", "UTC UTC 2024", "2024-01-01 -1", "2024-01-01 10:60",
+                  "2024-01-01 10:", "2024-01-01 Monday", "2024-01-01 (Monday", "2024-01-01 (",
+                  "2024-01-01 ()", "2024-01-01 (Mon)" } );
+    expectNone( { "9223372036854775808", "2024-01-01 24:00:00", "2024-01-01 10:59:62", "2024-01-01 10:59:-1",
+                  "2024-01-01 10:00:00:00", "UTC 2024-01-01 00:00:00 (Tuesday)", "2024-01-01 (Monday) x",
+                  "2024-01-01 (Monday) 10:00", "UTC 2024-01-01 10:00 (Monday) x",
+                  "2024-01-01 10:00 11:00" } );
 }
 
 TEST( Time, NamesOfMonthsAndWeekdays )
@@ -169,9 +131,7 @@ TEST( Time, NamesOfMonthsAndWeekdays )
     }
     EXPECT_EQ( 3, qvMonthFromString( text( "mAR" ) ) );
     for ( const char *bad : { "", " ", " 3", "3 ", "0", "13", "3.", "-3", "marc" } )
-    {
         EXPECT_EQ( -1, qvMonthFromString( text( bad ) ) ) << bad;
-    }
 
     const char *weekdays[] = { "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday" };
     for ( QV_INT wd = 0; wd <= 6; wd++ )
@@ -188,14 +148,12 @@ TEST( Time, NamesOfMonthsAndWeekdays )
 
 TEST( Time, ShiftsByMonthsAndYearsSkipDaysThatDontExist )
 {
-    struct Case
+    const struct
     {
         Date from;
-        QV_INT years;
-        QV_INT months;
+        QV_INT years, months;
         Date expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         { { 2024, 1, 31 }, 0, 1, { 2024, 3, 1 } },       { { 2023, 1, 31 }, 0, 1, { 2023, 3, 1 } },
         { { 2024, 2, 29 }, 1, 0, { 2025, 3, 1 } },       { { 2024, 2, 29 }, 4, 0, { 2028, 2, 29 } },
         { { 2024, 2, 29 }, -124, 0, { 1900, 3, 1 } },    { { 2024, 12, 15 }, 0, 1, { 2025, 1, 15 } },
@@ -204,7 +162,7 @@ TEST( Time, ShiftsByMonthsAndYearsSkipDaysThatDontExist )
         { { 0, 1, 1 }, -1, -1, { -2, 12, 1 } },          { { 2024, 5, 5 }, 0, 0, { 2024, 5, 5 } },
         { { 2024, 7, 31 }, 0, -12000, { 1024, 7, 31 } },
     };
-    for ( const Case &c : cases )
+    for ( const auto &c : cases )
     {
         Owned tm = timeOf( c.from.year, c.from.month, c.from.day, 1, 2, 3 );
         if ( c.years )
@@ -336,20 +294,15 @@ TEST( Time, DaysThatDontExist )
     EXPECT_EQ( -2 * 86400, deltaOf( tm, timeOf( 2023, 3, 1, 10 ) ) );
     EXPECT_EQ( 30 * 86400, deltaOf( timeOf( 2023, 2, 1, 10 ), tm ) );
 
-    struct Case
-    {
-        QV_INT days;
-        Date expected;
-    };
-    const Case cases[] = {
+    const std::pair<QV_INT, Date> cases[] = {
         { 0, { 2023, 2, 31 } },   { -1, { 2023, 2, 30 } }, { -30, { 2023, 2, 1 } },
         { -31, { 2023, 1, 31 } }, { 1, { 2023, 3, 4 } },   { 29, { 2023, 4, 1 } },
     };
-    for ( const Case &c : cases )
+    for ( auto [days, expected] : cases )
     {
         Owned moved( qvTimeCreateFrom( tm ) );
-        qvTimeShiftDays( moved.edit(), c.days );
-        EXPECT_EQ( c.expected, dateOf( moved ) ) << c.days;
+        qvTimeShiftDays( moved.edit(), days );
+        EXPECT_EQ( expected, dateOf( moved ) ) << days;
     }
 }
 

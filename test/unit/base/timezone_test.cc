@@ -1,22 +1,17 @@
 // The zone of made-up hosts, and the two naming schemes.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
+#include "support/folder.hh"
 
 #include <qv/base/qv_timezone.hh>
-#include <qv/base/qv_vector.hh>
-
-#include "support/folder.hh"
-#include "support/text.hh"
 
 #include <filesystem>
 #include <fstream>
-#include <set>
 
 namespace
 {
 
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 struct Host
 {
@@ -27,7 +22,7 @@ struct Host
 std::string zoneOf( const Host &host )
 {
     namespace fs = std::filesystem;
-    test::TemporaryFolder folder;
+    TemporaryFolder folder;
     fs::path root = folder.name();
     fs::create_directories( root / "etc/sysconfig" );
     if ( host.timezone )
@@ -88,11 +83,9 @@ TEST( Timezone, TakesTheNameFromTheSystemFiles )
         { nullptr, nullptr, nullptr, longTarget.c_str(), "Europe/Paris" },
     };
     for ( const Host &host : hosts )
-    {
         EXPECT_EQ( host.name, zoneOf( host ) )
             << ( host.timezone ? host.timezone : "-" ) << ", " << ( host.clock ? host.clock : "-" ) << ", "
             << ( host.localtime ? host.localtime : "-" );
-    }
 }
 
 TEST( Timezone, TranslatesNames )
@@ -128,7 +121,7 @@ TEST( Timezone, TranslatesNames )
 
 TEST( Timezone, ListsAllNames )
 {
-    qv::Local<QV_VECTOR> list( qvTimezoneList() );
+    Local<QV_VECTOR> list( qvTimezoneList() );
     ASSERT_EQ( 455, qv::vectorLength( list ) );
     std::set<std::string> windowsNames;
     for ( QV_INT idx = 0; idx < qv::vectorLength( list ); idx++ )
@@ -138,13 +131,13 @@ TEST( Timezone, ListsAllNames )
         {
             EXPECT_LT( qvObjCompare( qv::vectorAt( list, idx - 1 ), qv::vectorAt( list, idx ) ), 0 );
         }
-        qv::Local<QV_STRING> windows( qvTimezoneIanaToWindows( iana ) );
-        ASSERT_TRUE( windows ) << test::toUtf8( iana );
-        windowsNames.insert( test::toUtf8( windows ) );
+        Local<QV_STRING> windows( qvTimezoneIanaToWindows( iana ) );
+        ASSERT_TRUE( windows ) << toUtf8( iana );
+        windowsNames.insert( toUtf8( windows ) );
         // The best name of its Windows name belongs to that one too.
-        qv::Local<QV_STRING> best( qvTimezoneWindowsToIana( windows ) );
+        Local<QV_STRING> best( qvTimezoneWindowsToIana( windows ) );
         ASSERT_TRUE( best );
-        qv::Local<QV_STRING> back( qvTimezoneIanaToWindows( best ) );
+        Local<QV_STRING> back( qvTimezoneIanaToWindows( best ) );
         EXPECT_TRUE( qvStringEquals( windows, back ) );
     }
     EXPECT_EQ( 132u, windowsNames.size() );
@@ -156,16 +149,13 @@ TEST( Timezone, TellsTheOffset )
     struct tm local;
     ASSERT_TRUE( localtime_r( &now, &local ) );
     EXPECT_EQ( local.tm_gmtoff, qvTimezoneUtcOffset() );
-    static const struct
+    static const std::pair<const char *, QV_INT> rows[] = {
+        { "UTC0", 0 }, { "XXX-5:30", 19800 }, { "XXX+3", -10800 }, { "XXX-24:30", 0 } };
+    for ( auto [zone, offset] : rows )
     {
-        const char *zone;
-        QV_INT offset;
-    } rows[] = { { "UTC0", 0 }, { "XXX-5:30", 19800 }, { "XXX+3", -10800 }, { "XXX-24:30", 0 } };
-    for ( const auto &row : rows )
-    {
-        setenv( "TZ", row.zone, 1 );
+        setenv( "TZ", zone, 1 );
         tzset();
-        EXPECT_EQ( row.offset, qvTimezoneUtcOffset() ) << row.zone;
+        EXPECT_EQ( offset, qvTimezoneUtcOffset() ) << zone;
     }
     unsetenv( "TZ" );
     tzset();

@@ -1,53 +1,22 @@
 // Tool switches: which tool a first argument leads to, and what goes to the message sink when it leads to none.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
+#include "support/message.hh"
 
-#include <string>
-#include <vector>
-
-#include <qv/base/qv_boxed_pointer.hh>
 #include <qv/base/qv_tool_switch.hh>
-#include <qv/base/qv_vector.h>
-#include <qv/io/qv_message.h>
-#include <qv/io/qv_message_sink.h>
 
-#include "support/text.hh"
-
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 namespace
 {
 
-using Switch = qv::Local<QV_TOOL_SWITCH>;
+using Switch = Local<QV_TOOL_SWITCH>;
 
 // What a run leaves behind: the messages, and which tool ran with which arguments.
-struct Record
+struct Record : KeptMessages
 {
-    std::vector<std::string> messages;
     std::string ran;
-    bool refuseWrites = false;
 };
-
-QV_BOOL writeToRecord( qvObj closure, QV_MESSAGE *msg )
-{
-    auto *record =
-        static_cast<Record *>( qv___BoxedPointerValue( static_cast<QV___BOXED_POINTER *>( closure ) ) );
-    record->messages.push_back( takeUtf8( qvMessageToString( msg ) ) );
-    return !record->refuseWrites;
-}
-
-QV_BOOL flushRecord( qvObj )
-{
-    return QV_TRUE;
-}
-
-qv::Local<QV_MESSAGE_SINK> sinkTo( Record *record )
-{
-    qv::Local<QV___BOXED_POINTER> closure( qv___BoxedPointerCreate( record, nullptr ) );
-    return qv::Local<QV_MESSAGE_SINK>(
-        qv___MessageSinkCreate( writeToRecord, flushRecord, qv___BoxedPointerObj( closure ) ) );
-}
 
 QV_BOOL note( const char *tool, QV_VECTOR *argv, void *closure )
 {
@@ -82,20 +51,8 @@ Switch switchOf( const std::vector<Tool> &tools )
 {
     Switch ts( qvToolSwitchCreate() );
     for ( const Tool &tool : tools )
-    {
         qvToolSwitchSetToolCstr( ts.edit(), tool.name, -1, tool.func );
-    }
     return ts;
-}
-
-qv::Local<QV_VECTOR> vectorOf( const std::vector<std::string> &words )
-{
-    qv::Local<QV_VECTOR> vec( qvVectorCreate() );
-    for ( const std::string &word : words )
-    {
-        qvVectorAppendStringCstr( vec.edit(), word.data(), static_cast<QV_INT>( word.size() ) );
-    }
-    return vec;
 }
 
 TEST( ToolSwitch, Runs )
@@ -142,15 +99,15 @@ TEST( ToolSwitch, Runs )
         {
             Record record;
             record.refuseWrites = refuseWrites;
-            qv::Local<QV_MESSAGE_SINK> out = sinkTo( &record );
-            qv::Local<QV_VECTOR> argv = vectorOf( c.argv );
+            Local<QV_MESSAGE_SINK> out = record.sink();
+            Local<QV_VECTOR> argv = vectorOf( c.argv );
             EXPECT_EQ( qvToolSwitchRunTool( switchOf( c.tools ), argv, out, &record ), c.result ) << name;
             EXPECT_EQ( record.ran, c.ran ) << name;
             if ( !refuseWrites )
             {
-                EXPECT_EQ( record.messages, c.messages ) << name;
+                EXPECT_EQ( record.written, c.messages ) << name;
             }
-            EXPECT_EQ( qvVectorLength( argv ), static_cast<QV_INT>( c.argv.size() ) ) << name;
+            EXPECT_EQ( qvVectorLength( argv ), lengthOf( c.argv ) ) << name;
         }
     }
 }
@@ -158,8 +115,8 @@ TEST( ToolSwitch, Runs )
 TEST( ToolSwitch, AnyObjectNamesATool )
 {
     Record record;
-    qv::Local<QV_MESSAGE_SINK> out = sinkTo( &record );
-    qv::Local<QV_VECTOR> argv( qvVectorCreate() );
+    Local<QV_MESSAGE_SINK> out = record.sink();
+    Local<QV_VECTOR> argv( qvVectorCreate() );
     qvVectorAppendInt( argv.edit(), 42 );
     EXPECT_TRUE( qvToolSwitchRunTool( switchOf( { { "42", runFirst } } ), argv, out, &record ) );
     EXPECT_EQ( record.ran, "first<>" );
@@ -174,7 +131,7 @@ TEST( ToolSwitch, EditsKeepSharedSwitches )
     qvToolSwitchDelTool( after.edit(), text( "missing" ) );
     EXPECT_TRUE( qvToolSwitchHasToolCstr( after, "ä", -1 ) );
     EXPECT_FALSE( qvToolSwitchHasTool( after, text( "a" ) ) );
-    qv::Local<QV_VECTOR> names( qvToolSwitchToolsVector( before ) );
+    Local<QV_VECTOR> names( qvToolSwitchToolsVector( before ) );
     EXPECT_EQ( takeUtf8( qvVectorToString( names ) ), "<a, b>" );
 
     Switch copy( qvToolSwitchCreateFrom( before ) );
@@ -183,7 +140,7 @@ TEST( ToolSwitch, EditsKeepSharedSwitches )
     EXPECT_FALSE( qvToolSwitchHasToolWcstr( copy, L"b", -1 ) );
     EXPECT_TRUE( qvToolSwitchHasToolWcstr( before, L"b", -1 ) );
     Record record;
-    qv::Local<QV_MESSAGE_SINK> out = sinkTo( &record );
+    Local<QV_MESSAGE_SINK> out = record.sink();
     EXPECT_TRUE( qvToolSwitchRunTool( before, vectorOf( { "a" } ), out, &record ) );
     EXPECT_EQ( record.ran, "first<>" ) << "the copy's tool has no function, this one's still has";
 }
