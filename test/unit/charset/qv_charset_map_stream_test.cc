@@ -1,9 +1,9 @@
-#include <gtest/gtest.h>
+#include "support/test.hh"
+#include "coding.hh"
 
 #include <qv/charset/qv_charset_map.hh>
-#include <qv/unicode/qv_unicode_normalizer.h>
 
-#include "coding.hh"
+using namespace test;
 
 namespace
 {
@@ -26,9 +26,7 @@ class ModelSink
     bool write( std::u32string_view text )
     {
         for ( const char32_t ch : text )
-        {
             qvUnicodeNormalizerWriteChar( norm_, ch );
-        }
         return push();
     }
 
@@ -42,14 +40,14 @@ class ModelSink
         return ok;
     }
 
-    std::vector<std::string> writes;
+    std::vector<std::vector<unsigned char>> writes;
 
   private:
     bool push()
     {
-        qv::Local<QV_STRING> ready( qvStringCreate() );
+        Local<QV_STRING> ready( qvStringCreate() );
         qvUnicodeNormalizerRead( norm_, ready.edit(), -1 );
-        for ( const char32_t ch : test::toU32( ready ) )
+        for ( const char32_t ch : toU32( ready ) )
         {
             unsigned char byte = 0;
             if ( !map_.charToByte( ch, &byte ) )
@@ -60,7 +58,7 @@ class ModelSink
                     continue;
                 byte = replacement_;
             }
-            cache_ += static_cast<char>( byte );
+            cache_.push_back( byte );
             if ( cache_.size() == 1024 )
             {
                 writes.push_back( cache_ );
@@ -72,9 +70,9 @@ class ModelSink
 
     const qv::ByteMap &map_;
     QV_CHARSET_FLAGS flags_;
-    qv::Local<QV_UNICODE_NORMALIZER> norm_;
+    Local<QV_UNICODE_NORMALIZER> norm_;
     unsigned char replacement_ = 0;
-    std::string cache_;
+    std::vector<unsigned char> cache_;
 };
 
 std::u32string randomText( std::mt19937 &random, QV_CHARSET cs, size_t length )
@@ -123,10 +121,7 @@ TEST( MapSink, ComposesReplacesAndDrops )
     } cases[] = {
         { QV_CHARSET_ISO_8859_1, 0, U"A\x30A", "\xC5", false },
         { QV_CHARSET_ISO_8859_1, 0, U"\x20AC", "?", false },
-        { QV_CHARSET_ISO_8859_1, flagIgnore,
-          U"a\x20AC"
-          U"b",
-          "ab", false },
+        { QV_CHARSET_ISO_8859_1, flagIgnore, U"a\u20ACb", "ab", false },
         { QV_CHARSET_ISO_8859_1, flagIgnore | flagAbort, U"\x20AC", "", false },
         { QV_CHARSET_ISO_8859_1, flagAbort, U"\x20AC", "", true },
         { QV_CHARSET_MSFT_CP037, 0, U"\x20AC", "\x6F", false },
@@ -141,23 +136,19 @@ TEST( MapSink, ComposesReplacesAndDrops )
     };
     for ( const auto &entry : cases )
     {
-        SCOPED_TRACE( test::Decoded{ entry.text } );
-        const test::Encoded expected{ entry.bytes, entry.error };
-        EXPECT_EQ( test::encodeWhole( entry.cs, entry.flags, entry.text ), expected );
+        SCOPED_TRACE( Decoded{ entry.text } );
+        const Encoded expected{ entry.bytes, entry.error };
+        EXPECT_EQ( encodeWhole( entry.cs, entry.flags, entry.text ), expected );
         for ( const size_t step : { 1, 2, 10 } )
-        {
-            test::SinkScript script;
-            EXPECT_EQ( test::encodeScript( entry.cs, entry.flags, entry.text, step, &script ), expected );
-        }
+            EXPECT_EQ( encodeStream( entry.cs, entry.flags, entry.text, step ), expected );
     }
 }
 
 TEST( MapSink, LastCharacterFailsAtTheFlush )
 {
-    test::SinkScript script;
-    test::sinkScript = &script;
-    qv::Local<QV_BYTE_SINK> bytes( qv___ByteSinkCreate( test::writeScript, test::flushScript, nullptr ) );
-    qv::Local<QV_CHAR_SINK> sink( qvCharsetCreateCharSink( bytes, QV_CHARSET_ASCII, flagAbort ) );
+    ByteTap script;
+    Local<QV_BYTE_SINK> bytes = Bytes::sink( script );
+    Local<QV_CHAR_SINK> sink( qvCharsetCreateCharSink( bytes, QV_CHARSET_ASCII, flagAbort ) );
     EXPECT_TRUE(
         qvCharSinkWrite( sink, test::text( U"a text that is long enough for a block, and then \x20AC" ) ) );
     EXPECT_FALSE( qvCharSinkFlush( sink ) );
@@ -174,10 +165,9 @@ TEST( MapSink, RandomTextAgainstTheModel )
         const QV_CHARSET_FLAGS flags = static_cast<QV_CHARSET_FLAGS>( round % 3 == 2 ? 1 : round % 3 * 2 );
         const std::u32string text = randomText( random, cs, random() % 4000 );
         SCOPED_TRACE( testing::Message() << round << " charset " << cs << " flags " << flags );
-        test::SinkScript script;
-        test::sinkScript = &script;
-        qv::Local<QV_BYTE_SINK> bytes( qv___ByteSinkCreate( test::writeScript, test::flushScript, nullptr ) );
-        qv::Local<QV_CHAR_SINK> sink( qvCharsetCreateCharSink( bytes, cs, flags ) );
+        ByteTap script;
+        Local<QV_BYTE_SINK> bytes = Bytes::sink( script );
+        Local<QV_CHAR_SINK> sink( qvCharsetCreateCharSink( bytes, cs, flags ) );
         ModelSink model( cs, flags );
         bool ok = true;
         for ( size_t at = 0; ok && at < text.size(); )
@@ -185,8 +175,7 @@ TEST( MapSink, RandomTextAgainstTheModel )
             const size_t step = 1 + random() % ( random() % 2 ? 5 : 1500 );
             const std::u32string_view piece = std::u32string_view( text ).substr( at, step );
             ok = model.write( piece );
-            ASSERT_EQ( qvCharSinkWriteChars( sink, reinterpret_cast<const QV_CHAR *>( piece.data() ),
-                                             static_cast<QV_INT>( piece.size() ) ),
+            ASSERT_EQ( qvCharSinkWriteChars( sink, charsOf( piece ), lengthOf( piece ) ),
                        QV_BOOL_FROM( ok ) );
             ASSERT_EQ( script.writes, model.writes );
             at += step;
@@ -199,11 +188,11 @@ TEST( MapSink, RandomTextAgainstTheModel )
         }
         if ( std::any_of( text.begin(), text.end(), []( char32_t ch ) { return ch > 0x10FFFF; } ) )
             continue;
-        const test::Encoded whole = test::encodeWhole( cs, flags, text );
+        const Encoded whole = encodeWhole( cs, flags, text );
         ASSERT_EQ( whole.error, !ok );
         if ( ok )
         {
-            ASSERT_EQ( whole, ( test::Encoded{ script.bytes(), false } ) );
+            ASSERT_EQ( whole, ( Encoded{ bytesOf( script ), false } ) );
         }
     }
 }
@@ -212,24 +201,20 @@ TEST( MapSource, ShortPiecesAndFailures )
 {
     std::string bytes;
     for ( int idx = 0; idx < 3000; idx++ )
-    {
         bytes += static_cast<char>( idx );
-    }
     for ( const QV_CHARSET cs : { QV_CHARSET_ISO_8859_7, QV_CHARSET_MSFT_CP500, QV_CHARSET_MSFT_CP1252 } )
     {
-        const std::u32string all = test::decodeWhole( cs, 0, bytes ).chars;
+        const std::u32string all = decodeWhole( cs, 0, bytes ).chars;
         EXPECT_EQ( all.size(), bytes.size() );
         for ( const QV_CHARSET_FLAGS flags : { 0, 2 } )
         {
-            test::SourceScript script{ bytes };
-            script.failsAtEnd = true;
-            const test::Decoded failed = test::decodeScript( cs, flags, script, 100 );
+            const Decoded failed = decodeStream( cs, flags, bytes, 100, true );
             EXPECT_TRUE( failed.error );
-            EXPECT_EQ( failed.chars, test::decodeWhole( cs, flags, bytes ).chars );
+            EXPECT_EQ( failed.chars, decodeWhole( cs, flags, bytes ).chars );
         }
     }
-    EXPECT_EQ( test::decodeWhole( QV_CHARSET_ISO_8859_8, 0, "\xE0" ).chars, U"\x5D0" );
-    EXPECT_EQ( test::decodeWhole( QV_CHARSET_ISO_8859_7, 0, "\xE0" ).chars, U"\x3B0" );
+    EXPECT_EQ( decodeWhole( QV_CHARSET_ISO_8859_8, 0, "\xE0" ).chars, U"\x5D0" );
+    EXPECT_EQ( decodeWhole( QV_CHARSET_ISO_8859_7, 0, "\xE0" ).chars, U"\x3B0" );
 }
 
 TEST( MapStreams, AnyPairOfFunctionsWorks )
@@ -243,34 +228,31 @@ TEST( MapStreams, AnyPairOfFunctionsWorks )
         *byteOut = static_cast<unsigned char>( ch - 0x20 );
         return ch >= '0' && ch <= '9';
     };
-    test::SourceScript input{ "\x10\x77\x19" };
-    test::sourceScript = &input;
-    qv::Local<QV_BYTE_SOURCE> bytes( qv___ByteSourceCreate( test::readScript, nullptr, nullptr ) );
-    qv::Local<QV_CHAR_SOURCE> source( qv___CharsetMapCharSourceCreate( bytes, 0, digitOf ) );
-    qv::Local<QV_STRING> chars( qvStringCreate() );
+    ByteTap input;
+    input.data = { 0x10, 0x77, 0x19 };
+    Local<QV_BYTE_SOURCE> bytes = Bytes::source( input );
+    Local<QV_CHAR_SOURCE> source( qv___CharsetMapCharSourceCreate( bytes, 0, digitOf ) );
+    Local<QV_STRING> chars( qvStringCreate() );
     qvCharSourceRead( source, chars.edit(), -1 );
-    EXPECT_EQ( test::toU32( chars ), U"0\xFFFD"
-                                     U"9" );
+    EXPECT_EQ( toU32( chars ), U"0\uFFFD9" );
 
-    test::SinkScript output;
-    test::sinkScript = &output;
-    qv::Local<QV_BYTE_SINK> out( qv___ByteSinkCreate( test::writeScript, test::flushScript, nullptr ) );
-    qv::Local<QV_CHAR_SINK> sink( qv___CharsetMapCharSinkCreate( out, 0, byteOf ) );
+    ByteTap output;
+    Local<QV_BYTE_SINK> out = Bytes::sink( output );
+    Local<QV_CHAR_SINK> sink( qv___CharsetMapCharSinkCreate( out, 0, byteOf ) );
     EXPECT_TRUE( qvCharSinkWrite( sink, test::text( "0x9" ) ) );
     EXPECT_TRUE( qvCharSinkFlush( sink ) );
-    EXPECT_EQ( output.bytes(), std::string( "\x10\0\x19", 3 ) );
+    EXPECT_EQ( bytesOf( output ), std::string( "\x10\0\x19", 3 ) );
 }
 
 // A dropped sink pushes what it holds back.
 TEST( MapSink, FreeingFlushes )
 {
-    test::SinkScript script;
-    test::sinkScript = &script;
-    qv::Local<QV_BYTE_SINK> bytes( qv___ByteSinkCreate( test::writeScript, test::flushScript, nullptr ) );
+    ByteTap script;
+    Local<QV_BYTE_SINK> bytes = Bytes::sink( script );
     {
-        qv::Local<QV_CHAR_SINK> sink( qvCharsetCreateCharSink( bytes, QV_CHARSET_KOI_8R, 0 ) );
+        Local<QV_CHAR_SINK> sink( qvCharsetCreateCharSink( bytes, QV_CHARSET_KOI_8R, 0 ) );
         EXPECT_TRUE( qvCharSinkWriteCstr( sink, "ab", -1 ) );
         EXPECT_TRUE( script.writes.empty() );
     }
-    EXPECT_EQ( script.bytes(), "ab" );
+    EXPECT_EQ( bytesOf( script ), "ab" );
 }

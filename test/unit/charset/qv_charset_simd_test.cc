@@ -1,6 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <random>
+#include "support/test.hh"
 
 #include <qv/charset/qv_charset_simd.hh>
 

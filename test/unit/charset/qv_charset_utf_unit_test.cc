@@ -1,6 +1,7 @@
-#include <gtest/gtest.h>
-
+#include "support/test.hh"
 #include "coding.hh"
+
+using namespace test;
 
 using namespace std::string_literals;
 
@@ -21,19 +22,17 @@ size_t widthOf( QV_CHARSET cs )
 }
 
 // The decoder unit by unit, from the definition.
-test::Decoded modelDecode( QV_CHARSET cs, QV_CHARSET_FLAGS flags, std::string_view bytes )
+Decoded modelDecode( QV_CHARSET cs, QV_CHARSET_FLAGS flags, std::string_view bytes )
 {
     const size_t width = widthOf( cs );
     const bool detects = cs == QV_CHARSET_UTF_16 || cs == QV_CHARSET_UTF_32;
     bool big = cs == QV_CHARSET_UTF_16_BE || cs == QV_CHARSET_UTF_32_BE;
-    test::Decoded out;
+    Decoded out;
     const auto valueAt = [&]( size_t at, bool bigEndian ) {
         uint32_t value = 0;
         for ( size_t idx = 0; idx < width; idx++ )
-        {
             value =
                 value << 8 | static_cast<unsigned char>( bytes[at + ( bigEndian ? idx : width - 1 - idx )] );
-        }
         return value;
     };
     const auto invalid = [&] {
@@ -75,27 +74,13 @@ TEST( UtfUnitSource, EdgeCases )
         bool error;
     } cases[] = {
         { QV_CHARSET_UTF_16, 0, "\xFE\xFF\0A"s, U"A", false },
-        { QV_CHARSET_UTF_16, 0,
-          "\xFF\xFE"
-          "A\0"s,
-          U"A", false },
+        { QV_CHARSET_UTF_16, 0, "\377\376A\0"s, U"A", false },
         { QV_CHARSET_UTF_16, 0, "A\0"s, U"A", false },
         { QV_CHARSET_UTF_16, flagKeepMark, "\xFF\xFE", U"\xFEFF", false },
-        { QV_CHARSET_UTF_16, 0, "\xFE\xFF\xFE\xFF\0A"s,
-          U"\xFEFF"
-          U"A",
-          false },
+        { QV_CHARSET_UTF_16, 0, "\xFE\xFF\xFE\xFF\0A"s, U"\uFEFFA", false },
         { QV_CHARSET_UTF_16, 0, "A\0\xFF\xFE"s, U"A\xFEFF", false },
-        { QV_CHARSET_UTF_16_BE, 0, "\xFE\xFF\0A"s,
-          U"\xFEFF"
-          U"A",
-          false },
-        { QV_CHARSET_UTF_16_LE, 0,
-          "\xFF\xFE"
-          "A\0"s,
-          U"\xFEFF"
-          U"A",
-          false },
+        { QV_CHARSET_UTF_16_BE, 0, "\xFE\xFF\0A"s, U"\uFEFFA", false },
+        { QV_CHARSET_UTF_16_LE, 0, "\377\376A\0"s, U"\uFEFFA", false },
         { QV_CHARSET_UTF_16, 0, "A\0B"s, U"A\xFFFD", false },
         { QV_CHARSET_UTF_16, flagIgnore, "A\0B"s, U"A", false },
         { QV_CHARSET_UTF_16, flagAbort, "A\0B"s, U"A", true },
@@ -108,24 +93,17 @@ TEST( UtfUnitSource, EdgeCases )
         { QV_CHARSET_UTF_32, 0, "\xFF\xFE\0\0A\0\0\0"s, U"A", false },
         { QV_CHARSET_UTF_32_BE, 0, "\0\0\xFE\xFF\0\x10\xFF\xFF"s, U"\xFEFF\x10FFFF", false },
         { QV_CHARSET_UTF_32, 0, "A\0\0"s, U"\xFFFD", false },
-        { QV_CHARSET_UTF_32_LE, 0,
-          "\xFF\xFF\xFF\xFF"
-          "A\0\0\0B"s,
-          U"\xFFFD"
-          U"A\xFFFD",
-          false },
+        { QV_CHARSET_UTF_32_LE, 0, "\377\377\377\377A\0\0\0B"s, U"\uFFFDA\uFFFD", false },
     };
     for ( const auto &entry : cases )
     {
-        SCOPED_TRACE( test::Encoded{ entry.bytes } );
-        const test::Decoded expected{ entry.chars, entry.error };
+        SCOPED_TRACE( Encoded{ entry.bytes } );
+        const Decoded expected{ entry.chars, entry.error };
         EXPECT_EQ( modelDecode( entry.cs, entry.flags, entry.bytes ), expected );
         for ( const QV_INT step : { 1, 2, 3, 10 } )
-        {
-            EXPECT_EQ( test::decodeScript( entry.cs, entry.flags, { entry.bytes }, step ), expected ) << step;
-        }
-        EXPECT_EQ( test::decodeWhole( entry.cs, entry.flags, entry.bytes ),
-                   ( test::Decoded{ entry.error ? U"" : entry.chars, entry.error } ) );
+            EXPECT_EQ( decodeStream( entry.cs, entry.flags, entry.bytes, step ), expected ) << step;
+        EXPECT_EQ( decodeWhole( entry.cs, entry.flags, entry.bytes ),
+                   ( Decoded{ entry.error ? U"" : entry.chars, entry.error } ) );
     }
 }
 
@@ -145,12 +123,12 @@ TEST( UtfUnitSource, RandomBytesAgainstTheModel )
             bytes += { '\0', static_cast<char>( random() ), middle, '\0' };
         }
         bytes.resize( length );
-        test::Decoded expected = modelDecode( cs, qvCharsetFlagsNormalize( flags ), bytes );
+        Decoded expected = modelDecode( cs, qvCharsetFlagsNormalize( flags ), bytes );
         const QV_INT step = 1 + static_cast<QV_INT>( random() % 900 );
-        ASSERT_EQ( test::decodeScript( cs, flags, { bytes }, step ), expected ) << cs << " " << flags;
+        ASSERT_EQ( decodeStream( cs, flags, bytes, step ), expected ) << cs << " " << flags;
         if ( expected.error )
             expected.chars.clear();
-        ASSERT_EQ( test::decodeWhole( cs, flags, bytes ), expected ) << cs << " " << flags;
+        ASSERT_EQ( decodeWhole( cs, flags, bytes ), expected ) << cs << " " << flags;
     }
 }
 
@@ -158,11 +136,10 @@ TEST( UtfUnitSource, FailingByteSource )
 {
     for ( const QV_CHARSET cs : unitCharsets )
     {
-        test::SourceScript script{ widthOf( cs ) == 2 ? "A\0"s : "A\0\0\0"s };
+        std::string bytes = widthOf( cs ) == 2 ? "A\0"s : "A\0\0\0"s;
         if ( cs == QV_CHARSET_UTF_16_BE || cs == QV_CHARSET_UTF_32_BE )
-            std::reverse( script.bytes.begin(), script.bytes.end() );
-        script.failsAtEnd = true;
-        EXPECT_EQ( test::decodeScript( cs, flagIgnore, script, 10 ), ( test::Decoded{ U"A", true } ) );
+            std::reverse( bytes.begin(), bytes.end() );
+        EXPECT_EQ( decodeStream( cs, flagIgnore, bytes, 10, true ), ( Decoded{ U"A", true } ) );
     }
 }
 
@@ -173,10 +150,8 @@ TEST( UtfUnitSink, EncodesEachOrder )
     const std::string big32 = "\0\0\0A\0\0\x20\xAC\0\x01\xF6\0\0\0\xD8\0\0\x10\xFF\xFF"s;
     const auto swapped = []( std::string bytes, size_t width ) {
         for ( size_t at = 0; at < bytes.size(); at += width )
-        {
             std::reverse( bytes.begin() + static_cast<std::ptrdiff_t>( at ),
                           bytes.begin() + static_cast<std::ptrdiff_t>( at + width ) );
-        }
         return bytes;
     };
     for ( const QV_CHARSET cs : unitCharsets )
@@ -190,16 +165,13 @@ TEST( UtfUnitSink, EncodesEachOrder )
         const std::string mark = big ? bigMark : swapped( bigMark, width );
         for ( const size_t step : { 1, 2, 9 } )
         {
-            test::SinkScript plain, marked;
-            EXPECT_EQ( test::encodeScript( cs, 0, text, step, &plain ), ( test::Encoded{ bytes } ) );
-            EXPECT_EQ( test::encodeScript( cs, flagInsertMark, text, step, &marked ),
-                       ( test::Encoded{ mark + bytes } ) );
+            EXPECT_EQ( encodeStream( cs, 0, text, step ), ( Encoded{ bytes } ) );
+            EXPECT_EQ( encodeStream( cs, flagInsertMark, text, step ), ( Encoded{ mark + bytes } ) );
         }
-        EXPECT_EQ( test::encodeWhole( cs, 0, text ), ( test::Encoded{ bytes } ) );
-        EXPECT_EQ( test::encodeWhole( cs, flagInsertMark, text ), ( test::Encoded{ mark + bytes } ) );
-        test::SinkScript onlyMark;
-        EXPECT_EQ( test::encodeScript( cs, flagInsertMark, U"", 1, &onlyMark ), ( test::Encoded{ mark } ) );
-        EXPECT_EQ( test::encodeWhole( cs, 0, U"" ), ( test::Encoded{ "" } ) );
+        EXPECT_EQ( encodeWhole( cs, 0, text ), ( Encoded{ bytes } ) );
+        EXPECT_EQ( encodeWhole( cs, flagInsertMark, text ), ( Encoded{ mark + bytes } ) );
+        EXPECT_EQ( encodeStream( cs, flagInsertMark, U"", 1 ), ( Encoded{ mark } ) );
+        EXPECT_EQ( encodeWhole( cs, 0, U"" ), ( Encoded{ "" } ) );
     }
 }
 
@@ -209,16 +181,14 @@ TEST( UtfUnitSink, CacheGoesOutInWholeUnits )
     std::u32string text;
     std::mt19937 random( 504 );
     for ( int idx = 0; idx < 3000; idx++ )
-    {
         text += random() % 3 ? char32_t( 0x4E00 + random() % 1000 ) : char32_t( 0x20000 + random() % 1000 );
-    }
     for ( const QV_CHARSET cs : unitCharsets )
     {
-        const test::Encoded whole = test::encodeWhole( cs, 0, text );
+        const Encoded whole = encodeWhole( cs, 0, text );
         for ( const size_t step : { 1, 7, 255, 3000 } )
         {
-            test::SinkScript script;
-            EXPECT_EQ( test::encodeScript( cs, 0, text, step, &script ), whole );
+            ByteTap script;
+            EXPECT_EQ( encodeStream( cs, 0, text, step, &script ), whole );
             for ( size_t idx = 0; idx + 1 < script.writes.size(); idx++ )
             {
                 const size_t size = script.writes[idx].size();
@@ -227,11 +197,11 @@ TEST( UtfUnitSink, CacheGoesOutInWholeUnits )
         }
         if ( widthOf( cs ) == 2 )
         {
-            qv::Local<QV_STRING> decoded( qvCharsetConvertBufferToString( cs, test::buffer( whole.bytes ) ) );
+            Local<QV_STRING> decoded( qvCharsetConvertBufferToString( cs, bufferOf( whole.bytes ) ) );
             qvStringSanitize( decoded.edit() );
-            EXPECT_EQ( test::toU32( decoded ), text );
+            EXPECT_EQ( toU32( decoded ), text );
         }
         else
-            EXPECT_EQ( test::decodeWhole( cs, 0, whole.bytes ), ( test::Decoded{ text, false } ) );
+            EXPECT_EQ( decodeWhole( cs, 0, whole.bytes ), ( Decoded{ text, false } ) );
     }
 }

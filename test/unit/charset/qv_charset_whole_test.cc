@@ -1,19 +1,20 @@
-#include <gtest/gtest.h>
-
+#include "support/test.hh"
 #include "coding.hh"
+
+using namespace test;
 
 namespace
 {
 
 // What a whole conversion doesn't tell of a failed one: what came before the failure.
-test::Decoded withoutPart( test::Decoded decoded )
+Decoded withoutPart( Decoded decoded )
 {
-    return decoded.error ? test::Decoded{ {}, true } : decoded;
+    return decoded.error ? Decoded{ {}, true } : decoded;
 }
 
-test::Encoded withoutPart( test::Encoded encoded )
+Encoded withoutPart( Encoded encoded )
 {
-    return encoded.error ? test::Encoded{ {}, true } : encoded;
+    return encoded.error ? Encoded{ {}, true } : encoded;
 }
 
 } // namespace
@@ -40,11 +41,10 @@ TEST( CharsetWhole, EqualsTheStreams )
             for ( const QV_CHARSET_FLAGS flags : flagWords )
             {
                 SCOPED_TRACE( testing::Message() << cs << " length " << length << " flags " << flags );
-                EXPECT_EQ( test::decodeWhole( cs, flags, bytes ),
-                           withoutPart( test::decodeScript( cs, flags, { bytes }, 4096 ) ) );
-                test::SinkScript script;
-                EXPECT_EQ( test::encodeWhole( cs, flags, chars ),
-                           withoutPart( test::encodeScript( cs, flags, chars, 3000, &script ) ) );
+                EXPECT_EQ( decodeWhole( cs, flags, bytes ),
+                           withoutPart( decodeStream( cs, flags, bytes, 4096 ) ) );
+                EXPECT_EQ( encodeWhole( cs, flags, chars ),
+                           withoutPart( encodeStream( cs, flags, chars, 3000 ) ) );
             }
         }
     }
@@ -55,21 +55,16 @@ TEST( CharsetWhole, ResultsAreGoodValues )
     for ( const size_t length : { 10, 1000, 3000 } )
     {
         // Three bytes a character, so that two thirds of what is set aside goes back.
-        std::string bytes;
-        for ( size_t idx = 0; idx < length; idx++ )
-        {
-            bytes += "\xE2\x82\xAC";
-        }
-        qv::Local<QV_STRING> string(
-            qvCharsetConvertBufferToString( QV_CHARSET_UTF_8, test::buffer( bytes ) ) );
+        std::string bytes = times( length, "\u20AC" );
+        Local<QV_STRING> string( qvCharsetConvertBufferToString( QV_CHARSET_UTF_8, bufferOf( bytes ) ) );
         EXPECT_EQ( qvStringLength( string ), static_cast<QV_INT>( length ) );
         qvStringAppendCharRun( string.edit(), U'x', 500 );
         qvStringPrependCharRun( string.edit(), U'y', 500 );
-        EXPECT_EQ( test::toU32( string ), std::u32string( 500, U'y' ) + std::u32string( length, U'\u20AC' ) +
-                                              std::u32string( 500, U'x' ) );
-        qv::Local<QV_BUFFER> back( qvCharsetConvertStringToBuffer( QV_CHARSET_UTF_8, string ) );
+        EXPECT_EQ( toU32( string ), std::u32string( 500, U'y' ) + std::u32string( length, U'\u20AC' ) +
+                                        std::u32string( 500, U'x' ) );
+        Local<QV_BUFFER> back( qvCharsetConvertStringToBuffer( QV_CHARSET_UTF_8, string ) );
         qvBufferAppendByte( back.edit(), 'z' );
-        EXPECT_EQ( test::toBytes( back ), std::string( 500, 'y' ) + bytes + std::string( 500, 'x' ) + "z" );
+        EXPECT_EQ( bytesOf( back ), std::string( 500, 'y' ) + bytes + std::string( 500, 'x' ) + "z" );
     }
 }
 
@@ -78,18 +73,15 @@ TEST( CharsetWhole, NothingLeftIsTheEmptyValue )
     const QV_CHARSET_FLAGS ignore = QV_CHARSET_FLAG_IGNORE_INVALID_CHARACTERS;
     for ( const size_t length : { 0, 5, 2000 } )
     {
-        EXPECT_EQ( test::decodeWhole( QV_CHARSET_ASCII, ignore, std::string( length, '\x80' ) ),
-                   test::Decoded{} );
-        EXPECT_EQ( test::decodeWhole( QV_CHARSET_UTF_8, ignore, std::string( length, '\xFF' ) ),
-                   test::Decoded{} );
-        EXPECT_EQ( test::encodeWhole( QV_CHARSET_ASCII, ignore, std::u32string( length, U'\u20AC' ) ),
-                   test::Encoded{} );
+        EXPECT_EQ( decodeWhole( QV_CHARSET_ASCII, ignore, std::string( length, '\x80' ) ), Decoded{} );
+        EXPECT_EQ( decodeWhole( QV_CHARSET_UTF_8, ignore, std::string( length, '\xFF' ) ), Decoded{} );
+        EXPECT_EQ( encodeWhole( QV_CHARSET_ASCII, ignore, std::u32string( length, U'\u20AC' ) ), Encoded{} );
     }
 }
 
 TEST( CharsetWholeDeathTest, FaultsOfTheCaller )
 {
-    qv::Local<QV_STRING> string( qvStringCreate() );
+    Local<QV_STRING> string( qvStringCreate() );
     EXPECT_DEATH( qvCharsetConvertStringToBuffer( 51, string ), "QV_CHARSET_OK" );
     EXPECT_DEATH( qvCharsetConvertStringToBuffer( 0, nullptr ), "string" );
     EXPECT_DEATH( qvCharsetConvertBufferToString( 0, nullptr ), "buffer" );
