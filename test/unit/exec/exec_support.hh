@@ -3,18 +3,10 @@
 
 // Domains and processes for tests: a process whose function is a lambda.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
 
-#include <functional>
-
-#include <qv/base/qv_barrier.h>
-#include <qv/base/qv_signalable.h>
 #include <qv/exec/qv_process.hh>
 #include <qv/exec/qv_process_domain.hh>
-#include <qv/runtime/qv_author.h>
-#include <qv/runtime/qv_local.hh>
-
-#include "support/text.hh"
 
 namespace test
 {

@@ -1,3 +1,4 @@
+#include "support/test.hh"
 #include "exec/exec_support.hh"
 
 namespace test

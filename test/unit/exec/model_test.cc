@@ -1,18 +1,12 @@
 // The protocols of the library over model atomics, through all interleavings of two or three threads; and the same with a
 // fault put in, which must be found.
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
+#include "support/test.hh"
+#include "support/explorer.hh"
 
 #include <qv/base/qv_signal_protocol.hh>
 #include <qv/exec/qv_process_protocol.hh>
 #include <qv/exec/qv_timer_protocol.hh>
-#include <qv/sys/qv_types.h>
-
-#include "support/explorer.hh"
 
 using namespace test;
 

@@ -1,32 +1,19 @@
+#include "support/test.hh"
 #include "exec/exec_support.hh"
-
-#include <sys/wait.h>
-
-#include <qv/base/qv_store.h>
-#include <qv/exec/qv_process_system.hh>
-#include <qv/exec/qv_process_system_options.h>
-#include <qv/io/qv_path_file.h>
-#include <qv/io/qv_store_header.h>
-#include <qv/runtime/qv_runtime.h>
-#include <qv/runtime/qv_runtime_paths.h>
-
 #include "support/child.hh"
 #include "support/folder.hh"
+
+#include <qv/exec/qv_process_system.hh>
+
+#include <sys/wait.h>
 
 using namespace test;
 
 namespace
 {
 
-using Options = qv::Local<QV_PROCESS_DOMAIN_OPTIONS>;
-using Store = qv::Local<QV_STORE>;
-
-Store storeOf( const char *key, const char *value )
-{
-    Store store( qvStoreCreate() );
-    qvStoreSetValueCstr( store.edit(), key, -1, text( value ) );
-    return store;
-}
+using Options = Local<QV_PROCESS_DOMAIN_OPTIONS>;
+using Store = Local<QV_STORE>;
 
 // All four members, "-" for an absent one.
 std::string show( QV_PROCESS_DOMAIN_OPTIONS *options )
@@ -41,8 +28,6 @@ std::string show( QV_PROCESS_DOMAIN_OPTIONS *options )
            member( qvProcessDomainOptionsHasMaintainStatistics( options ),
                    qvProcessDomainOptionsMaintainStatistics( options ) );
 }
-
-} // namespace
 
 TEST( ProcessDomainOptions, EachMemberComesAndGoesByItself )
 {
@@ -70,10 +55,7 @@ TEST( ProcessDomainOptions, EachMemberComesAndGoesByItself )
 
 TEST( ProcessDomainOptions, WhatCantBeUsedIsPassedOver )
 {
-    const struct
-    {
-        const char *key, *value, *expected;
-    } cases[] = {
+    const char *const cases[][3] = {
         { "threadCount", "500", "500---" },
         { "threadCount", "1", "1---" },
         { "threadCount", "0", "----" },
@@ -89,12 +71,10 @@ TEST( ProcessDomainOptions, WhatCantBeUsedIsPassedOver )
         { "maintainStatistics", "true", "---1" },
         { "other", "1", "----" },
     };
-    for ( const auto &row : cases )
-    {
-        EXPECT_EQ( row.expected,
-                   show( Options( qvProcessDomainOptionsRestore( storeOf( row.key, row.value ) ) ) ) )
-            << row.key << " " << row.value;
-    }
+    for ( auto &[key, value, expected] : cases )
+        EXPECT_EQ( expected,
+                   show( Options( qvProcessDomainOptionsRestore( storeOf( { { key, value } } ) ) ) ) )
+            << key << " " << value;
 }
 
 TEST( ProcessDomain, SettingsComeFromTheOptionsFirst )
@@ -123,7 +103,7 @@ TEST( ProcessDomain, SettingsComeFromTheOptionsFirst )
 
 TEST( ProcessSystemOptions, StoreAndFile )
 {
-    using SystemOptions = qv::Local<QV_PROCESS_SYSTEM_OPTIONS>;
+    using SystemOptions = Local<QV_PROCESS_SYSTEM_OPTIONS>;
     SystemOptions options( qvProcessSystemOptionsCreate() );
     EXPECT_EQ( 0, qvStoreLength( Store( qvProcessSystemOptionsStore( options ) ) ) );
     Options tool( qvProcessDomainOptionsCreate() );
@@ -145,14 +125,13 @@ TEST( ProcessSystemOptions, StoreAndFile )
     };
     const std::string none = "---- ---- ----";
     TemporaryFolder folder;
-    qv::Local<QV_PATH> path = folder.path( "qv_process.jnstore" );
+    Local<QV_PATH> path = folder.path( "qv_process.jnstore" );
     EXPECT_EQ( none, shown( nullptr ) );
     EXPECT_EQ( none, shown( path ) );
-    qv::Local<QV_STORE_HEADER> header(
-        qvStoreHeaderCreateFromSort( qvProcessSystemOptionsSort(), QV_FALSE ) );
+    Local<QV_STORE_HEADER> header( qvStoreHeaderCreateFromSort( qvProcessSystemOptionsSort(), QV_FALSE ) );
     ASSERT_TRUE( qvPathFileWriteStore( path, store, header ) );
     EXPECT_EQ( "2--- ---- 2--1", shown( path ) );
-    qv::Local<QV_STORE_HEADER> other( qvStoreHeaderCreateFromSort( qvProcessDomainOptionsSort(), QV_FALSE ) );
+    Local<QV_STORE_HEADER> other( qvStoreHeaderCreateFromSort( qvProcessDomainOptionsSort(), QV_FALSE ) );
     ASSERT_TRUE( qvPathFileWriteStore( path, store, other ) );
     EXPECT_EQ( none, shown( path ) ) << "the header names another sort";
     folder.write( "qv_process.jnstore", "toolDomainOptions { threadCount 3 }" );
@@ -168,23 +147,9 @@ TEST( ProcessSystem, AToolHasOneDomain )
     EXPECT_EQ( low, high );
     EXPECT_EQ( "QV", takeUtf8( qvProcessDomainName( low ) ) );
     EXPECT_EQ( 1, qvProcessDomainThreadCount( low ) );
-    Process process( qv___ProcessCreate( 5, runClosure, qv::Local<qv___Obj>( closureOf( [] {} ) ), "name" ) );
+    Process process( qv___ProcessCreate( 5, runClosure, Local<qv___Obj>( closureOf( [] {} ) ), "name" ) );
     EXPECT_EQ( low, Domain( qvProcessDomain( process ) ) );
 }
-
-TEST( ProcessSystem, NamesOfModesAndPriorities )
-{
-    EXPECT_EQ( "QV_PROCESS_SYSTEM_MODE_SERVER", takeUtf8( qvProcessSystemModeToString( 1 ) ) );
-    EXPECT_EQ( QV_PROCESS_SYSTEM_MODE_TOOL,
-               qvProcessSystemModeFromString( text( "QV_PROCESS_SYSTEM_MODE_TOOL" ) ) );
-    EXPECT_EQ( "QV_PROCESS_PRIORITY_LOW", takeUtf8( qvProcessPriorityToString( 0 ) ) );
-    EXPECT_EQ( QV_PROCESS_PRIORITY_HIGH, qvProcessPriorityFromString( text( "QV_PROCESS_PRIORITY_HIGH" ) ) );
-    EXPECT_EQ( -1, qvProcessPriorityFromString( text( "HIGH" ) ) );
-    EXPECT_DEATH( qvProcessPriorityToString( 2 ), "QV_PROCESS_PRIORITY_HIGH" );
-}
-
-namespace
-{
 
 int serverDomains()
 {
@@ -200,8 +165,7 @@ int serverDomains()
         bad |= qvProcessDomainThreadPriority( high ) != QV_THREAD_PRIORITY_HIGHEST ? 16 : 0;
         bad |=
             qvProcessDomainTrailOptimization( high ) != 1 || qvProcessDomainTrailOptimization( low ) ? 32 : 0;
-        Process process(
-            qv___ProcessCreate( 7, runClosure, qv::Local<qv___Obj>( closureOf( [] {} ) ), "name" ) );
+        Process process( qv___ProcessCreate( 7, runClosure, Local<qv___Obj>( closureOf( [] {} ) ), "name" ) );
         bad |= Domain( qvProcessDomain( process ) ) != low ? 64 : 0;
     }
     qvRuntimeShutdown();
@@ -216,8 +180,8 @@ int configuredDomains()
     auto start = [] { qvRuntimeStartup( QV_RUNTIME_FLAG_SERVER, -1, nullptr, nullptr, nullptr, nullptr ); };
     start();
     {
-        qv::Local<QV_PATH> path(
-            qvRuntimePathsPath( qv::Local<QV_RUNTIME_PATHS>( qvRuntimePaths() ), QV_RUNTIME_PATH_DATA ) );
+        Local<QV_PATH> path(
+            qvRuntimePathsPath( Local<QV_RUNTIME_PATHS>( qvRuntimePaths() ), QV_RUNTIME_PATH_DATA ) );
         qvPathAppendComponentFilenameCstr( path.edit(), "qv_process.jnstore", -1 );
         std::ofstream( textOf( path ) )
             << "serverHighPriorityDomainOptions {\nthreadCount 3\nmaintainStatistics true\n}\n";
@@ -236,8 +200,6 @@ int configuredDomains()
     return bad;
 }
 
-} // namespace
-
 TEST( ProcessSystem, AServerHasTwoDomains )
 {
     EXPECT_EXIT( _exit( serverDomains() ), testing::ExitedWithCode( 0 ), "" );
@@ -249,3 +211,5 @@ TEST( ProcessSystem, ItsOptionsStandInTheDataDirectory )
     EXPECT_TRUE( WIFEXITED( child.status ) && WEXITSTATUS( child.status ) == 0 )
         << child.status << child.output;
 }
+
+} // namespace

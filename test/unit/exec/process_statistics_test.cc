@@ -1,18 +1,8 @@
+#include "support/test.hh"
 #include "exec/exec_support.hh"
 
-#include <atomic>
-#include <chrono>
-#include <thread>
-
-#include <qv/base/qv_identifier.h>
-#include <qv/base/qv_store.h>
-#include <qv/base/qv_vector.h>
 #include <qv/exec/qv_process_statistics.hh>
-#include <qv/exec/qv_process_statistics_family.h>
-#include <qv/exec/qv_process_statistics_group.h>
 #include <qv/exec/qv_process_statistics_interval.hh>
-#include <qv/exec/qv_process_statistics_query.h>
-#include <qv/exec/qv_process_statistics_result.h>
 
 using namespace test;
 
@@ -20,13 +10,13 @@ namespace
 {
 
 using Flags = QV_PROCESS_STATISTICS_FLAGS;
-using Interval = qv::Local<QV_PROCESS_STATISTICS_INTERVAL>;
-using Group = qv::Local<QV_PROCESS_STATISTICS_GROUP>;
-using Statistics = qv::Local<QV_PROCESS_STATISTICS>;
-using Family = qv::Local<QV_PROCESS_STATISTICS_FAMILY>;
-using Result = qv::Local<QV_PROCESS_STATISTICS_RESULT>;
-using Query = qv::Local<QV_PROCESS_STATISTICS_QUERY>;
-using Store = qv::Local<QV_STORE>;
+using Interval = Local<QV_PROCESS_STATISTICS_INTERVAL>;
+using Group = Local<QV_PROCESS_STATISTICS_GROUP>;
+using Statistics = Local<QV_PROCESS_STATISTICS>;
+using Family = Local<QV_PROCESS_STATISTICS_FAMILY>;
+using Result = Local<QV_PROCESS_STATISTICS_RESULT>;
+using Query = Local<QV_PROCESS_STATISTICS_QUERY>;
+using Store = Local<QV_STORE>;
 
 Result execute( Flags flags )
 {
@@ -76,10 +66,7 @@ Interval intervalOf( QV_INT begin, QV_INT end, qv___ExecProcessStats counts )
 
 TEST( ProcessStatisticsFlags, WhatMakesSenseTogether )
 {
-    const struct
-    {
-        Flags flags, expected;
-    } cases[] = {
+    const std::pair<Flags, Flags> cases[] = {
         { 0, 0 },
         { 2046, 0 },
         { 2047, 2047 },
@@ -94,12 +81,8 @@ TEST( ProcessStatisticsFlags, WhatMakesSenseTogether )
         { 1 | 512 | 1024, 1 },
         { 1024 | 128 | 1, 129 },
     };
-    for ( const auto &row : cases )
-    {
-        EXPECT_EQ( row.expected, qvProcessStatisticsFlagsNormalize( row.flags ) ) << row.flags;
-        qv::Local<QV_STRING> names( qvProcessStatisticsFlagsToString( row.flags ) );
-        EXPECT_EQ( row.expected, qvProcessStatisticsFlagsFromString( names ) ) << row.flags;
-    }
+    for ( auto [flags, expected] : cases )
+        EXPECT_EQ( expected, qvProcessStatisticsFlagsNormalize( flags ) ) << flags;
 }
 
 TEST( ProcessStatisticsQuery, FlagsAndStore )
@@ -162,7 +145,7 @@ TEST( ProcessStatistics, IntervalsOfProcessesOnDemand )
     Domain domain = domainWith( { 3, true, true } );
     Process process = processOn(
         domain, [] {}, nullptr, "intervals" );
-    qv::Local<QV_IDENTIFIER> identifier( qvProcessIdentifier( process ) );
+    Local<QV_IDENTIFIER> identifier( qvProcessIdentifier( process ) );
     const struct
     {
         Flags flags;
@@ -372,7 +355,7 @@ TEST( ProcessStatisticsFamily, MembersComeAndGo )
     Domain domain = domainWith( { 1, false, true } );
     Process processes[] = { processOn( domain, [] {} ), processOn( domain, [] {} ),
                             processOn( domain, [] {} ) };
-    qv::Local<QV_VECTOR> vec( qvVectorCreate() );
+    Local<QV_VECTOR> vec( qvVectorCreate() );
     for ( Process &process : processes )
     {
         Statistics statistics( qvProcessTryGatherStatistics( process, 0 ) );
@@ -381,7 +364,7 @@ TEST( ProcessStatisticsFamily, MembersComeAndGo )
         qvVectorAppendObj( vec.edit(), qvProcessStatisticsObj( statistics ) );
     }
     EXPECT_EQ( 3, qvProcessStatisticsFamilyProcessesLength( family ) );
-    qv::Local<QV_IDENTIFIER> first( qvProcessStatisticsFamilyProcessIdentifierAt( family, 0 ) );
+    Local<QV_IDENTIFIER> first( qvProcessStatisticsFamilyProcessIdentifierAt( family, 0 ) );
     EXPECT_TRUE( qvProcessStatisticsFamilyHasProcess( family, first ) );
     qvProcessStatisticsFamilyDelProcess( family.edit(), first );
     EXPECT_FALSE( qvProcessStatisticsFamilyHasProcess( family, first ) );
@@ -389,15 +372,14 @@ TEST( ProcessStatisticsFamily, MembersComeAndGo )
     qvProcessStatisticsFamilyClearProcesses( family.edit() );
     EXPECT_EQ( 0, qvProcessStatisticsFamilyProcessesLength( family ) );
     qvProcessStatisticsFamilySetProcessesVector( family.edit(), vec );
-    EXPECT_EQ( 3,
-               qvVectorLength( qv::Local<QV_VECTOR>( qvProcessStatisticsFamilyProcessesVector( family ) ) ) );
+    EXPECT_EQ( 3, qvVectorLength( Local<QV_VECTOR>( qvProcessStatisticsFamilyProcessesVector( family ) ) ) );
 
     Result result( qvProcessStatisticsResultCreate() );
     qvProcessStatisticsResultSetFamily( result.edit(), family );
     qvProcessStatisticsFamilySetName( family.edit(), text( "otherName" ) );
     qvProcessStatisticsResultSetFamily( result.edit(), family );
     EXPECT_EQ( "otherName", takeUtf8( qvProcessStatisticsResultFamilyNameAt( result, 0 ) ) );
-    qv::Local<QV_VECTOR> families( qvProcessStatisticsResultFamiliesVector( result ) );
+    Local<QV_VECTOR> families( qvProcessStatisticsResultFamiliesVector( result ) );
     qvProcessStatisticsResultDelFamily( result.edit(), text( "otherName" ) );
     EXPECT_FALSE( qvProcessStatisticsResultHasFamily( result, text( "otherName" ) ) );
     qvProcessStatisticsResultClearFamilies( result.edit() );

@@ -1,15 +1,6 @@
+#include "support/test.hh"
 #include "exec/exec_support.hh"
 
-#include <atomic>
-#include <chrono>
-#include <random>
-#include <thread>
-#include <vector>
-
-#include <qv/base/qv_alert.h>
-#include <qv/base/qv_alertable.h>
-#include <qv/base/qv_identifier.h>
-#include <qv/base/qv_signal.h>
 #include <qv/exec/qv_process_system.hh>
 
 using namespace test;
@@ -55,15 +46,11 @@ class HeldDomain
 };
 
 constexpr DomainSettings allSettings[] = {
-    { 1, false, false },
-    { 1, true, false },
-    { 1, false, true },
-    { 1, true, true },
-};
+    { 1, false, false }, { 1, true, false }, { 1, false, true }, { 1, true, true } };
 
 std::string threadName()
 {
-    qv::Local<QV_THREAD> self( qvThreadThis() );
+    Local<QV_THREAD> self( qvThreadThis() );
     return takeUtf8( qvThreadName( self ) );
 }
 
@@ -217,8 +204,8 @@ TEST( Process, TargetsScheduleIt )
     Domain domain = domainWith( { 1, true } );
     std::atomic<int> runs = 0;
     Process process = processOn( domain, [&] { runs++; } );
-    qv::Local<QV_SIGNAL> sig( qvSignalCreate() );
-    qv::Local<QV_SIGNALABLE> sigb( qvSignalableCreateWithProcess( process ) );
+    Local<QV_SIGNAL> sig( qvSignalCreate() );
+    Local<QV_SIGNALABLE> sigb( qvSignalableCreateWithProcess( process ) );
     qvSignalAddSignalable( sig, sigb );
     drain( domain );
     EXPECT_EQ( 0, runs );
@@ -226,8 +213,8 @@ TEST( Process, TargetsScheduleIt )
     qvSignalAssert( sig );
     drain( domain );
     EXPECT_EQ( 1, runs );
-    qv::Local<QV_ALERT> alert( qvAlertCreate() );
-    qv::Local<QV_ALERTABLE> alb( qvAlertableCreateWithProcess( process ) );
+    Local<QV_ALERT> alert( qvAlertCreate() );
+    Local<QV_ALERTABLE> alb( qvAlertableCreateWithProcess( process ) );
     qvAlertSet( alert );
     qvAlertAddAlertable( alert, alb );
     drain( domain );
@@ -242,8 +229,8 @@ TEST( Process, TheEndFiresItsTargets )
     std::atomic<int> runs = 0;
     Process waiting = processOn( domain, [&] { runs++; } );
     Process process = processOn( domain, [] {} );
-    qv::Local<QV_SIGNALABLE> early( qvSignalableCreateWithProcess( waiting ) );
-    qv::Local<QV_SIGNALABLE> never( qvSignalableCreateWithProcess( waiting ) );
+    Local<QV_SIGNALABLE> early( qvSignalableCreateWithProcess( waiting ) );
+    Local<QV_SIGNALABLE> never( qvSignalableCreateWithProcess( waiting ) );
     qvProcessEndAddSignalable( process, never );
     qvProcessEndDelSignalable( process, never );
     qvProcessEndAddSignalable( process, early );
@@ -342,10 +329,10 @@ TEST( Process, PropertiesAndCallersFaults )
     Domain domain = domainWith( {} );
     Process process = processOn( domain, [] {} );
     Process again = processOn( domain, [] {} );
-    EXPECT_EQ( domain, qv::Local<QV_PROCESS_DOMAIN>( qvProcessDomain( process ) ) );
+    EXPECT_EQ( domain, Local<QV_PROCESS_DOMAIN>( qvProcessDomain( process ) ) );
     EXPECT_EQ( "testProcess", takeUtf8( qvProcessName( process ) ) );
-    qv::Local<QV_IDENTIFIER> identifier( qvProcessIdentifier( process ) );
-    qv::Local<QV_IDENTIFIER> otherIdentifier( qvProcessIdentifier( again ) );
+    Local<QV_IDENTIFIER> identifier( qvProcessIdentifier( process ) );
+    Local<QV_IDENTIFIER> otherIdentifier( qvProcessIdentifier( again ) );
     EXPECT_FALSE( qvIdentifierEquals( identifier, otherIdentifier ) );
     EXPECT_FALSE( qvProcessEquals( process, again ) );
     EXPECT_DEATH( qv___ProcessCreate( 0, nullptr, nullptr, "good" ), "func" );
@@ -400,21 +387,13 @@ TEST( ProcessStress, NoRequestIsLostAndNoProcessRunsTwiceAtOnce )
         node.isInside = false;
     };
     for ( size_t idx = 0; idx < count; idx++ )
-    {
         processes.push_back( processOn(
             domains[idx % 4], [&, idx] { work( idx ); }, [&, idx] { nodes[idx].isFreed = true; } ) );
-    }
-    std::vector<std::thread> outside;
-    for ( unsigned seed = 1; seed <= 3; seed++ )
-    {
-        outside.emplace_back( [&, seed] {
-            std::minstd_rand random( seed );
-            for ( int idx = 0; idx < 5000; idx++ )
-                ask( random() % count );
-        } );
-    }
-    for ( std::thread &thread : outside )
-        thread.join();
+    runOnThreads( 3, [&]( size_t number ) {
+        std::minstd_rand random( static_cast<unsigned>( number + 1 ) );
+        for ( int idx = 0; idx < 5000; idx++ )
+            ask( random() % count );
+    } );
     auto isQuiet = [&] {
         for ( Node &node : nodes )
         {
@@ -449,8 +428,8 @@ TEST( ProcessStress, TargetsAttachedAndFiredAtRandom )
     Domain domain = domainWith( { 2, true } );
     for ( int round = 0; round < 30; round++ )
     {
-        qv::Local<QV_SIGNAL> sig( qvSignalCreate() );
-        qv::Local<QV_ALERT> alert( qvAlertCreate() );
+        Local<QV_SIGNAL> sig( qvSignalCreate() );
+        Local<QV_ALERT> alert( qvAlertCreate() );
         constexpr int threadCount = 4;
         std::atomic<int> runs[threadCount] = {};
         std::vector<Process> processes;
@@ -458,12 +437,12 @@ TEST( ProcessStress, TargetsAttachedAndFiredAtRandom )
             processes.push_back( processOn( domain, [&] { count++; } ) );
         auto work = [&]( size_t number ) {
             std::minstd_rand random( static_cast<unsigned>( 1 + number + 7 * static_cast<size_t>( round ) ) );
-            qv::Local<QV_SIGNALABLE> stays( qvSignalableCreateWithProcess( processes[number] ) );
+            Local<QV_SIGNALABLE> stays( qvSignalableCreateWithProcess( processes[number] ) );
             for ( int step = 0; step < 60; step++ )
             {
                 Process &other = processes[random() % threadCount];
-                qv::Local<QV_SIGNALABLE> sigb( qvSignalableCreateWithProcess( other ) );
-                qv::Local<QV_ALERTABLE> alb( qvAlertableCreateWithProcess( other ) );
+                Local<QV_SIGNALABLE> sigb( qvSignalableCreateWithProcess( other ) );
+                Local<QV_ALERTABLE> alb( qvAlertableCreateWithProcess( other ) );
                 qvSignalAddSignalable( sig, sigb );
                 qvAlertAddAlertable( alert, alb );
                 random() % 2 ? qvAlertSet( alert ) : qvAlertUnset( alert );
@@ -480,11 +459,7 @@ TEST( ProcessStress, TargetsAttachedAndFiredAtRandom )
             for ( int wait = 0; runs[number] == 0 && wait < 60000; wait++ )
                 std::this_thread::sleep_for( std::chrono::milliseconds( 1 ) );
         };
-        std::vector<std::thread> threads;
-        for ( size_t number = 0; number < threadCount; number++ )
-            threads.emplace_back( work, number );
-        for ( std::thread &thread : threads )
-            thread.join();
+        runOnThreads( threadCount, work );
         for ( Process &process : processes )
             endProcess( process );
         for ( std::atomic<int> &count : runs )

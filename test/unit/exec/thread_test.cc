@@ -1,30 +1,23 @@
+#include "support/test.hh"
 #include "exec/exec_support.hh"
+#include "support/child.hh"
 
-#include <atomic>
+#include <qv/exec/qv_exec_block.hh>
+#include <qv/exec/qv_thread.hh>
+
 #include <pthread.h>
 #include <sched.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
-
-#include <qv/base/qv_barrier.h>
-#include <qv/base/qv_boxed_int.h>
-#include <qv/base/qv_signal.h>
-#include <qv/base/qv_signalable.h>
-#include <qv/exec/qv_exec_block.hh>
-#include <qv/exec/qv_thread.hh>
-#include <qv/runtime/qv_runtime.h>
-
-#include "support/child.hh"
 
 using namespace test;
 
 namespace
 {
 
-using Thread = qv::Local<QV_THREAD>;
+using Thread = Local<QV_THREAD>;
 
 Thread spawn( QV_THREAD_FUNC func, qvObj argument = nullptr,
               QV_THREAD_PRIORITY prio = QV_THREAD_PRIORITY_NORMAL )
@@ -34,12 +27,9 @@ Thread spawn( QV_THREAD_FUNC func, qvObj argument = nullptr,
 
 struct Seen
 {
-    std::atomic<bool> encapsulated;
-    std::atomic<bool> thisIsSet;
-    std::atomic<bool> unlatchedTwice;
+    std::atomic<bool> encapsulated, thisIsSet, unlatchedTwice;
     char platformName[16];
-    int policy;
-    int priority;
+    int policy, priority;
 };
 Seen seen = {};
 
@@ -52,16 +42,16 @@ void look()
     struct sched_param param = {};
     pthread_getschedparam( pthread_self(), &seen.policy, &param );
     seen.priority = param.sched_priority;
-    qv::Local<qv___Obj> argument( qvThreadUnlatchArgument( self ) );
-    qv::Local<qv___Obj> again( qvThreadUnlatchArgument( self ) );
-    qv::Local<qv___Obj> read( qvThreadArgument( self ) );
+    Local<qv___Obj> argument( qvThreadUnlatchArgument( self ) );
+    Local<qv___Obj> again( qvThreadUnlatchArgument( self ) );
+    Local<qv___Obj> read( qvThreadArgument( self ) );
     seen.unlatchedTwice = !argument || again || read;
 }
 
 void waitForArgument()
 {
     Thread self( qvThreadThis() );
-    qv::Local<qv___Obj> argument( qvThreadArgument( self ) );
+    Local<qv___Obj> argument( qvThreadArgument( self ) );
     qvBarrierPass( qvBarrierFrom( argument ) );
 }
 
@@ -122,7 +112,7 @@ int shutdownDuringAThread()
 
 TEST( Thread, RunsWithItsNamePriorityAndArgument )
 {
-    qv::Local<QV_BOXED_INT> argument( qvBoxedIntCreate( 7 ) );
+    Local<QV_BOXED_INT> argument( qvBoxedIntCreate( 7 ) );
     for ( QV_THREAD_PRIORITY prio = QV_THREAD_PRIORITY_IDLE; prio <= QV_THREAD_PRIORITY_CRITICAL; prio++ )
     {
         seen.unlatchedTwice = true;
@@ -148,9 +138,9 @@ TEST( Thread, RunsWithItsNamePriorityAndArgument )
 
 TEST( Thread, ItsCreatorMayReleaseItAtOnce )
 {
-    qv::Local<QV_BARRIER> barrier( qvBarrierCreate( QV_TRUE ) );
-    qv::Local<QV_BARRIER> ended( qvBarrierCreate( QV_TRUE ) );
-    qv::Local<QV_SIGNALABLE> sigb( qvSignalableCreateWithSignalFunc( countUp, qvBarrierObj( ended ) ) );
+    Local<QV_BARRIER> barrier( qvBarrierCreate( QV_TRUE ) );
+    Local<QV_BARRIER> ended( qvBarrierCreate( QV_TRUE ) );
+    Local<QV_SIGNALABLE> sigb( qvSignalableCreateWithSignalFunc( countUp, qvBarrierObj( ended ) ) );
     {
         Thread thread = spawn( waitForArgument, qvBarrierObj( barrier ) );
         qvThreadEndAddSignalable( thread, sigb );
@@ -163,8 +153,8 @@ TEST( Thread, ItsCreatorMayReleaseItAtOnce )
 
 TEST( Thread, TheEndFiresATargetThatComesLate )
 {
-    qv::Local<QV_BARRIER> ended( qvBarrierCreate( QV_TRUE ) );
-    qv::Local<QV_SIGNALABLE> sigb( qvSignalableCreateWithBarrier( ended ) );
+    Local<QV_BARRIER> ended( qvBarrierCreate( QV_TRUE ) );
+    Local<QV_SIGNALABLE> sigb( qvSignalableCreateWithBarrier( ended ) );
     Thread thread = spawn( look );
     qvThreadEndAddSignalable( thread, sigb );
     qvThreadEndDelSignalable( thread, sigb );
@@ -206,18 +196,6 @@ TEST( Thread, CallersFaultsStopTheProcess )
     EXPECT_DEATH( qvThreadTrySpawn( text( "lower" ), 0, look, nullptr ), "qvNameUpperCaseOk" );
     EXPECT_DEATH( qvThreadTrySpawn( text( "UPPER" ), 7, look, nullptr ), "QV_THREAD_PRIORITY_OK" );
     EXPECT_DEATH( qvThreadTrySpawn( text( "UPPER" ), 0, nullptr, nullptr ), "threadFunc" );
-}
-
-TEST( ThreadPriority, TextsAndBack )
-{
-    for ( QV_THREAD_PRIORITY prio = QV_THREAD_PRIORITY_IDLE; prio <= QV_THREAD_PRIORITY_CRITICAL; prio++ )
-    {
-        qv::Local<QV_STRING> name( qvThreadPriorityToString( prio ) );
-        EXPECT_EQ( prio, qvThreadPriorityFromString( name ) );
-    }
-    EXPECT_EQ( "QV_THREAD_PRIORITY_HIGHEST", takeUtf8( qvThreadPriorityToString( 5 ) ) );
-    EXPECT_EQ( -1, qvThreadPriorityFromString( text( "HIGHEST" ) ) );
-    EXPECT_DEATH( qvThreadPriorityToString( 7 ), "QV_THREAD_PRIORITY_OK" );
 }
 
 TEST( ExecBlock, EncapsulationsNestAndRestore )

@@ -1,16 +1,6 @@
+#include "support/test.hh"
 #include "exec/exec_support.hh"
 
-#include <atomic>
-#include <chrono>
-#include <random>
-#include <thread>
-#include <vector>
-
-#include <qv/base/qv_alert.h>
-#include <qv/base/qv_boxed_int.h>
-#include <qv/base/qv_event_queue.h>
-#include <qv/base/qv_signal.h>
-#include <qv/base/qv_time.h>
 #include <qv/exec/qv_timer.hh>
 #include <qv/sys/qv_timestamp.hh>
 
@@ -19,17 +9,17 @@ using namespace test;
 namespace
 {
 
-using Timer = qv::Local<QV_TIMER>;
+using Timer = Local<QV_TIMER>;
 
 Timer timerOf( std::function<void()> func, std::function<void()> freed = nullptr )
 {
-    qv::Local<qv___Obj> closure( closureOf( std::move( func ), std::move( freed ) ) );
+    Local<qv___Obj> closure( closureOf( std::move( func ), std::move( freed ) ) );
     return Timer( qvTimerCreateWithSignalFunc( runClosure, closure ) );
 }
 
-qv::Local<QV_TIME> secondsFromNow( QV_INT seconds )
+Local<QV_TIME> secondsFromNow( QV_INT seconds )
 {
-    qv::Local<QV_TIME> time( qvTimeNow() );
+    Local<QV_TIME> time( qvTimeNow() );
     qvTimeShiftSeconds( time.edit(), seconds );
     return time;
 }
@@ -55,11 +45,11 @@ TEST( Timer, WakesEachSortOfTarget )
     Gate processRan;
     Domain domain = domainWith( { 1, true } );
     Process process = processOn( domain, [&] { processRan.open(); } );
-    qv::Local<QV_BARRIER> barrier( qvBarrierCreate( QV_TRUE ) );
-    qv::Local<QV_EVENT_QUEUE> queue( qvEventQueueCreate() );
-    qv::Local<QV_BOXED_INT> event( qvBoxedIntCreate( 7 ) );
-    qv::Local<QV_SIGNAL> sig( qvSignalCreate() );
-    qv::Local<QV_ALERT> alert( qvAlertCreate() );
+    Local<QV_BARRIER> barrier( qvBarrierCreate( QV_TRUE ) );
+    Local<QV_EVENT_QUEUE> queue( qvEventQueueCreate() );
+    Local<QV_BOXED_INT> event( qvBoxedIntCreate( 7 ) );
+    Local<QV_SIGNAL> sig( qvSignalCreate() );
+    Local<QV_ALERT> alert( qvAlertCreate() );
     std::atomic<int> calls = 0;
     Timer timers[] = {
         Timer( qvTimerCreateWithProcess( process ) ),
@@ -79,7 +69,7 @@ TEST( Timer, WakesEachSortOfTarget )
         EXPECT_FALSE( qvTimerScheduled( timer ) );
     processRan.pass();
     EXPECT_FALSE( qvBarrierIsBlocked( barrier ) );
-    EXPECT_EQ( qvBoxedIntObj( event ), qv::Local<qv___Obj>( qvEventQueueReadEvent( queue ) ) );
+    EXPECT_EQ( qvBoxedIntObj( event ), Local<qv___Obj>( qvEventQueueReadEvent( queue ) ) );
     EXPECT_TRUE( qvSignalAsserted( sig ) );
     EXPECT_TRUE( qvAlertIsSet( alert ) );
     EXPECT_EQ( 1, calls );
@@ -144,7 +134,7 @@ TEST( Timer, AbsoluteTimersOfOneTimeAllFire )
     Timer never = timerOf( [&] { order += 'x'; } );
     Gate done;
     Timer last = timerOf( [&] { done.open(); } );
-    qv::Local<QV_TIME> time = secondsFromNow( 1 );
+    Local<QV_TIME> time = secondsFromNow( 1 );
     qvTimerScheduleAtTime( first, time );
     qvTimerScheduleAtTime( second, time );
     qvTimerScheduleAtTime( never, time );
@@ -255,18 +245,16 @@ TEST( TimerStress, ScheduledCancelledAndReleasedAtRandom )
     Domain domain = domainWith( { 2, true } );
     std::atomic<long> runs = 0;
     Process process = processOn( domain, [&] { runs++; } );
-    auto work = [&]( unsigned seed ) {
-        std::minstd_rand random( seed );
+    auto work = [&]( size_t number ) {
+        std::minstd_rand random( static_cast<unsigned>( number + 1 ) );
         for ( int round = 0; round < 60; round++ )
         {
             auto fired = std::make_shared<std::atomic<long>>( 0 );
             std::vector<Timer> timers;
             long schedules = 0;
             for ( int idx = 0; idx < 20; idx++ )
-            {
                 timers.push_back( idx % 4 == 0 ? Timer( qvTimerCreateWithProcess( process ) )
                                                : timerOf( [fired] { ++*fired; } ) );
-            }
             for ( int step = 0; step < 200; step++ )
             {
                 Timer &timer = timers[random() % timers.size()];
@@ -303,11 +291,7 @@ TEST( TimerStress, ScheduledCancelledAndReleasedAtRandom )
             EXPECT_LE( *fired, schedules );
         }
     };
-    std::vector<std::thread> threads;
-    for ( unsigned seed = 1; seed <= 4; seed++ )
-        threads.emplace_back( work, seed );
-    for ( std::thread &thread : threads )
-        thread.join();
+    runOnThreads( 4, work );
     passOnce();
     endProcess( process );
     EXPECT_GT( runs, 0 );

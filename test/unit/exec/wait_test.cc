@@ -1,25 +1,11 @@
-#include <qv/base/qv_alert.h>
-#include <qv/base/qv_alertable.h>
-#include <qv/base/qv_barrier.h>
-#include <qv/base/qv_event_queue.h>
-#include <qv/base/qv_monitor.h>
-#include <qv/base/qv_region.h>
-#include <qv/base/qv_signal.h>
-#include <qv/base/qv_signalable.h>
+#include "support/test.hh"
 
-#include <atomic>
-#include <gtest/gtest.h>
-#include <thread>
-#include <vector>
-
-#include <qv/base/qv_boxed_int.h>
-#include <qv/runtime/qv_local.hh>
 #include <qv/sys/qv_timestamp.hh>
 
 namespace
 {
 
-using qv::Local;
+using namespace test;
 
 std::atomic<int> calls{ 0 };
 
@@ -38,14 +24,10 @@ TEST( Barrier, PassesWhileOpen )
     EXPECT_GE( qv___Timestamp() - start, 30 );
     std::vector<std::thread> waiters;
     for ( int count = 0; count < 3; count++ )
-    {
         waiters.emplace_back( [&] { qvBarrierPass( barrier ); } );
-    }
     qvBarrierUnblock( barrier );
     for ( std::thread &waiter : waiters )
-    {
         waiter.join();
-    }
     EXPECT_TRUE( qvBarrierPassTimed( barrier, -1 ) );
     qvBarrierBlock( barrier );
     EXPECT_TRUE( qvBarrierIsBlocked( barrier ) );
@@ -56,24 +38,16 @@ TEST( Monitor, ExcludesThreads )
     Local<QV_MONITOR> monitor( qvMonitorCreate() );
     Local<QV_REGION> region( qvRegionCreate() );
     int plain = 0;
-    std::vector<std::thread> threads;
-    for ( int count = 0; count < 4; count++ )
-    {
-        threads.emplace_back( [&, count] {
-            for ( int round = 0; round < 1000; round++ )
-            {
-                qvMonitorEnter( monitor );
-                qvRegionEnter( region, count % 2 );
-                plain++;
-                qvRegionLeave( region );
-                qvMonitorLeave( monitor );
-            }
-        } );
-    }
-    for ( std::thread &thread : threads )
-    {
-        thread.join();
-    }
+    runOnThreads( 4, [&]( size_t count ) {
+        for ( int round = 0; round < 1000; round++ )
+        {
+            qvMonitorEnter( monitor );
+            qvRegionEnter( region, count % 2 );
+            plain++;
+            qvRegionLeave( region );
+            qvMonitorLeave( monitor );
+        }
+    } );
     EXPECT_EQ( 4000, plain );
     EXPECT_DEATH( qvMonitorLeave( monitor ), "entered" );
     EXPECT_DEATH( qvRegionLeave( region ), "entered" );
@@ -133,9 +107,7 @@ TEST( Signal, DetachedTargetsStaySilent )
     calls = 0;
     for ( QV_SIGNALABLE *sigb : { static_cast<QV_SIGNALABLE *>( slot ), static_cast<QV_SIGNALABLE *>( other ),
                                   static_cast<QV_SIGNALABLE *>( released ) } )
-    {
         qvSignalAddSignalable( sig, sigb );
-    }
     qvSignalDelSignalable( sig, stranger );
     qvSignalDelSignalable( sig, slot );
     qvSignalDelSignalable( sig, other );
@@ -198,9 +170,7 @@ TEST( EventQueue, KeepsOrderWithoutDuplicates )
     EXPECT_TRUE( qvAlertIsSet( alert ) );
     for ( QV_BOXED_INT *event : { static_cast<QV_BOXED_INT *>( one ), static_cast<QV_BOXED_INT *>( equalOne ),
                                   static_cast<QV_BOXED_INT *>( two ) } )
-    {
         qvEventQueueWriteEvent( queue, qvBoxedIntObj( event ) );
-    }
     Local<qv___Obj> event( qvEventQueueReadEvent( queue ) );
     EXPECT_EQ( 0, qvObjCompare( event, qvBoxedIntObj( two ) ) );
     qvEventQueueWriteEvent( queue, event ); // no longer waiting, so it may wait again
