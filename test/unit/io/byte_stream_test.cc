@@ -1,13 +1,11 @@
 // Byte streams alone: skips, large chunks, places inside a byte, and the streams on buffers.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
+#include "support/stream.hh"
 
 #include <qv/io/qv_buffer_byte_sink.hh>
 #include <qv/io/qv_buffer_byte_source.hh>
 #include <qv/io/qv_byte_source.hh>
-
-#include "support/stream.hh"
-#include "support/text.hh"
 
 namespace
 {
@@ -37,7 +35,6 @@ TEST( ByteSource, SkipsWithAndWithoutAFunction )
         { 3000, 0, 5, 0, true, true, { 5 } },
     };
     for ( auto &row : rows )
-    {
         for ( bool withFunction : { false, true } )
         {
             Tap tap;
@@ -59,15 +56,12 @@ TEST( ByteSource, SkipsWithAndWithoutAFunction )
                 EXPECT_EQ( tap.requests.size(), withFunction ? 1 : row.bySteps.size() );
             }
         }
-    }
 }
 
 TEST( ByteSource, LargeChunksLoseNothing )
 {
     for ( QV_INT size : { 100, 1024, 1025, 5000, 70000, 300000 } )
-    {
         for ( QV_INT maximum : { static_cast<QV_INT>( -1 ), size, size - 50 } )
-        {
             for ( QV_INT failAt : { static_cast<QV_INT>( -1 ), size * 3 / 4 } )
             {
                 Tap tap;
@@ -87,8 +81,6 @@ TEST( ByteSource, LargeChunksLoseNothing )
                 tap.data.resize( static_cast<size_t>( expected ) );
                 EXPECT_EQ( Bytes::units( dest ), tap.data );
             }
-        }
-    }
 }
 
 TEST( ByteSource, AppendsAtAnyBit )

@@ -1,13 +1,9 @@
 // Character streams alone: text forms, and the streams on strings.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
+#include "support/stream.hh"
 
 #include <qv/io/qv_char_source.hh>
-#include <qv/io/qv_string_char_sink.h>
-#include <qv/io/qv_string_char_source.h>
-
-#include "support/stream.hh"
-#include "support/text.hh"
 
 namespace
 {
@@ -45,15 +41,6 @@ TEST( CharSink, EveryFormFailsOnAFailedSink )
     EXPECT_FALSE( qvCharSinkWriteWcstr( sink, L"", 0 ) );
     EXPECT_FALSE( qvCharSinkWriteFormatCstr( sink, "%i", -1, static_cast<QV_INT>( 1 ) ) );
     EXPECT_EQ( tap.writes.size(), 1u );
-}
-
-TEST( CharSource, SingleReadAlsoAsksForNothing )
-{
-    Tap tap;
-    auto src = Chars::source( tap );
-    EXPECT_EQ( qvCharSourceReadChars( src, nullptr, 0 ), 0 );
-    EXPECT_EQ( tap.requests, ( std::vector<QV_INT>{ 0 } ) );
-    EXPECT_FALSE( qvCharSourceEnd( src ) );
 }
 
 TEST( CharSource, CountsOutOfBoundsStop )

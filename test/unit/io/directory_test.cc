@@ -1,26 +1,15 @@
 // Directories: making, listing and deleting them in a temporary folder.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
+#include "support/folder.hh"
 
-#include <algorithm>
 #include <climits>
 #include <fcntl.h>
 #include <filesystem>
-#include <random>
-#include <string>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
-#include <qv/base/qv_vector.h>
-#include <qv/io/qv_path_directory.h>
-#include <qv/io/qv_path_file.h>
-
-#include "support/folder.hh"
-
-using test::pathOf;
-using test::TemporaryFolder;
-using test::text;
+using namespace test;
 
 namespace
 {
@@ -38,8 +27,8 @@ Names namesOf( QV_VECTOR *paths )
     Names names;
     for ( QV_INT idx = 0; idx < qvVectorLength( paths ); idx++ )
     {
-        qv::Local<QV_PATH> path( qvPathFrom( qvVectorObjAt( paths, idx ) ) );
-        names.push_back( test::textOf( path ) );
+        Local<QV_PATH> path( qvPathFrom( qvVectorObjAt( paths, idx ) ) );
+        names.push_back( textOf( path ) );
     }
     return names;
 }
@@ -47,7 +36,7 @@ Names namesOf( QV_VECTOR *paths )
 // What a listing gives, or just "none".
 Names listed( QV_PATH *path, QV_INT flags )
 {
-    qv::Local<QV_VECTOR> paths( qvPathDirectoryList( path, flags ) );
+    Local<QV_VECTOR> paths( qvPathDirectoryList( path, flags ) );
     return paths ? namesOf( paths ) : Names{ "none" };
 }
 
@@ -68,12 +57,11 @@ TEST( Directory, ListsWhatTheFlagsAskFor )
     TemporaryFolder folder;
     EXPECT_EQ( Names{}, listed( folder.path(), relative ) );
     fillExample( folder );
-    struct Case
+    const struct
     {
         QV_INT flags;
         Names expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         { 0, { "a/", "b/", "link", "z" } },
         { noFiles, { "a/", "b/" } },
         { noDirectories, { "link", "z" } },
@@ -83,14 +71,12 @@ TEST( Directory, ListsWhatTheFlagsAskFor )
         { recursive | noFiles, { "a/", "a/inner/", "a/inner/deep/", "b/" } },
         { recursive | noFiles | noDirectories, {} },
     };
-    for ( const Case &c : cases )
+    for ( const auto &c : cases )
     {
         EXPECT_EQ( c.expected, listed( folder.path(), c.flags | relative | sorted ) ) << c.flags;
         Names absolute;
         for ( const std::string &name : c.expected )
-        {
             absolute.push_back( folder.name( name ) );
-        }
         EXPECT_EQ( absolute, listed( folder.path(), c.flags | sorted ) ) << c.flags;
         // Unknown flags and the missing directory flag of the path change nothing.
         std::string bare = folder.name();
@@ -116,9 +102,7 @@ TEST( Directory, UnsortedListingsGoDepthFirst )
     // The directory, then its five-fold contents without a stranger in between.
     std::vector<std::string> inside( names.begin() + top + 1, names.begin() + top + 5 );
     for ( const std::string &name : inside )
-    {
         EXPECT_EQ( 0u, name.find( "a/" ) ) << name;
-    }
     EXPECT_EQ( positionOf( "a/inner/" ) + 1, positionOf( "a/inner/deep/" ) );
     EXPECT_EQ( positionOf( "a/inner/deep/" ) + 1, positionOf( "a/inner/deep/x" ) );
     EXPECT_EQ( 8u, names.size() );
@@ -167,9 +151,7 @@ TEST( Directory, RandomTreesAgreeWithThePlatform )
         }
         Names expected;
         for ( const auto &entry : std::filesystem::recursive_directory_iterator( folder.name() ) )
-        {
             expected.push_back( entry.path().string() + ( entry.is_directory() ? "/" : "" ) );
-        }
         Names unsorted = listed( folder.path(), recursive );
         Names ordered = listed( folder.path(), recursive | sorted );
         std::sort( expected.begin(), expected.end() );
@@ -211,7 +193,7 @@ TEST( Directory, CreateRenameDelete )
 {
     TemporaryFolder folder;
     umask( 022 );
-    qv::Local<QV_PATH> one = folder.path( "one" );
+    Local<QV_PATH> one = folder.path( "one" );
     EXPECT_FALSE( qvPathDirectoryExists( one ) );
     EXPECT_TRUE( qvPathDirectoryCreate( one ) );
     struct stat status;
@@ -229,17 +211,4 @@ TEST( Directory, CreateRenameDelete )
     EXPECT_TRUE( qvPathFileDelete( folder.path( "two/file" ) ) );
     EXPECT_TRUE( qvPathDirectoryDelete( folder.path( "two/" ) ) );
     EXPECT_FALSE( qvPathDirectoryDelete( folder.path( "two/" ) ) );
-}
-
-TEST( Directory, ListFlagNames )
-{
-    for ( QV_INT flags = 0; flags < 32; flags++ )
-    {
-        qv::Local<QV_STRING> names( qvPathDirectoryListFlagsToString( flags ) );
-        EXPECT_EQ( flags, qvPathDirectoryListFlagsFromString( names ) );
-        EXPECT_EQ( flags, qvPathDirectoryListFlagsNormalize( flags | 1024 ) );
-    }
-    EXPECT_EQ( sorted | recursive,
-               qvPathDirectoryListFlagsFromString( text( "QV_PATH_DIRECTORY_LIST_FLAG_SORT|"
-                                                         "QV_PATH_DIRECTORY_LIST_FLAG_RECURSIVE" ) ) );
 }

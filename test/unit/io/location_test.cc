@@ -1,26 +1,19 @@
 // Locations: text form, numbers, and the map from positions in a text to lines and columns.
 
-#include <gtest/gtest.h>
-
-#include <random>
-#include <string>
-#include <vector>
+#include "support/test.hh"
+#include "support/folder.hh"
+#include "support/nlf.hh"
 
 #include <qv/io/qv_location.hh>
-#include <qv/io/qv_nlf_flags.h>
 #include <qv/io/qv_parser_location_map.hh>
 
-#include "support/folder.hh"
-
-using test::pathOf;
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 namespace
 {
 
-using Owned = qv::Local<QV_LOCATION>;
-using OwnedMap = qv::Local<QV_PARSER_LOCATION_MAP>;
+using Owned = Local<QV_LOCATION>;
+using OwnedMap = Local<QV_PARSER_LOCATION_MAP>;
 
 std::string shown( QV_LOCATION *loc )
 {
@@ -42,15 +35,9 @@ Owned locationOf( const char *description, const char *path, QV_INT line, QV_INT
     return loc;
 }
 
-const QV_CHAR *charsOf( const std::u32string &chars )
-{
-    return reinterpret_cast<const QV_CHAR *>( chars.data() );
-}
-
 OwnedMap mapOf( const std::u32string &chars, QV_INT nlfFlags, QV_LOCATION *start = nullptr )
 {
-    return OwnedMap(
-        qvParserLocationMapCreate( start, nlfFlags, charsOf( chars ), static_cast<QV_INT>( chars.size() ) ) );
+    return OwnedMap( qvParserLocationMapCreate( start, nlfFlags, charsOf( chars ), lengthOf( chars ) ) );
 }
 
 std::string at( QV_PARSER_LOCATION_MAP *map, QV_INT idx )
@@ -58,33 +45,16 @@ std::string at( QV_PARSER_LOCATION_MAP *map, QV_INT idx )
     return shown( Owned( qvParserLocationMapLookupIndex( map, idx ) ) );
 }
 
-// True if the character at idx ends a line under the flags.
-bool endsLine( const std::u32string &chars, size_t idx, QV_INT flags )
-{
-    char32_t ch = chars[idx];
-    bool beforeLf = ch == U'\r' && idx + 1 < chars.size() && chars[idx + 1] == U'\n';
-    bool afterCr = ch == U'\n' && idx > 0 && chars[idx - 1] == U'\r';
-    if ( ( flags & QV_NLF_FLAG_CRLF ) && beforeLf )
-        return false;
-    if ( ( flags & QV_NLF_FLAG_CRLF ) && afterCr )
-        return true;
-    return ( ch == U'\n' && ( flags & QV_NLF_FLAG_LF ) ) || ( ch == U'\r' && ( flags & QV_NLF_FLAG_CR ) ) ||
-           ( ch == 0x2028 && ( flags & QV_NLF_FLAG_LS ) ) || ( ch == 0x85 && ( flags & QV_NLF_FLAG_NEL ) );
-}
-
 } // namespace
 
 TEST( Location, TextForm )
 {
-    struct Case
+    const struct
     {
-        const char *description;
-        const char *path;
-        QV_INT line;
-        QV_INT column;
+        const char *description, *path;
+        QV_INT line, column;
         const char *expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         { "", "", -1, -1, "" },
         { "", "", 7, -1, "(7)" },
         { "", "", -1, 4, "" },
@@ -94,13 +64,11 @@ TEST( Location, TextForm )
         { "desc", "/a/", 1, -1, "desc:/a/(1)" },
         { "desc", "", 2, 3, "desc(2,3)" },
     };
-    for ( const Case &c : cases )
-    {
+    for ( const auto &c : cases )
         EXPECT_EQ( c.expected, shown( locationOf( c.description, c.path, c.line, c.column ) ) );
-    }
     // A path without a text doesn't show.
     Owned loc( qvLocationCreate() );
-    qv::Local<QV_PATH> bad( qvPathCreate() );
+    Local<QV_PATH> bad( qvPathCreate() );
     qvPathAppendComponentFilenameCstr( bad.edit(), "", 0 );
     qvLocationSetPath( loc.edit(), bad );
     qvLocationSetLine( loc.edit(), 5 );
@@ -209,23 +177,20 @@ TEST( ParserLocationMap, RandomTextsAgreeWithACountByCharacters )
         QV_INT flags = allFlags[random() % std::size( allFlags )];
         std::u32string chars;
         for ( size_t count = random() % 40; count > 0; count-- )
-        {
             chars += alphabet[random() % std::size( alphabet )];
-        }
         OwnedMap map = mapOf( chars, flags );
-        QV_INT line = 1;
-        QV_INT column = 1;
+        QV_INT line = 1, column = 1;
+        size_t nlfEnd = 0;
         for ( size_t idx = 0; idx <= chars.size(); idx++ )
         {
             Owned loc( qvParserLocationMapLookupIndex( map, static_cast<QV_INT>( idx ) ) );
             ASSERT_EQ( line, qvLocationLine( loc ) ) << "index " << idx << ", flags " << flags;
             ASSERT_EQ( column, qvLocationColumn( loc ) ) << "index " << idx << ", flags " << flags;
             column++;
-            if ( idx < chars.size() && endsLine( chars, idx, flags ) )
-            {
-                line++;
-                column = 1;
-            }
+            if ( nlfEnd <= idx )
+                nlfEnd = idx + nlfAt( std::u32string_view( chars ).substr( idx ), flags ).length;
+            if ( nlfEnd == idx + 1 )
+                line++, column = 1;
         }
     }
 }

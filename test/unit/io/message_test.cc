@@ -1,66 +1,22 @@
 // Messages and message sinks: text forms, levels, and what a failing sink keeps and loses.
 
-#include <gtest/gtest.h>
+#include "support/test.hh"
+#include "support/message.hh"
 
-#include <string>
-#include <vector>
-
-#include <qv/base/qv_boxed_pointer.hh>
-#include <qv/base/qv_vector.h>
-#include <qv/io/qv_location.h>
 #include <qv/io/qv_message.hh>
 #include <qv/io/qv_message_sink.hh>
 
-#include "support/text.hh"
-
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
 namespace
 {
 
-using Owned = qv::Local<QV_MESSAGE>;
-using OwnedSink = qv::Local<QV_MESSAGE_SINK>;
+using Owned = Local<QV_MESSAGE>;
+using OwnedSink = Local<QV_MESSAGE_SINK>;
 
 std::string shown( QV_MESSAGE *msg )
 {
     return takeUtf8( qvMessageToString( msg ) );
-}
-
-// What a sink writes to: keeps the messages' texts, and fails on demand.
-struct Target
-{
-    std::vector<std::string> written;
-    int flushes = 0;
-    bool refuseWrites = false;
-    bool refuseFlushes = false;
-};
-
-Target *targetOf( qvObj closure )
-{
-    return static_cast<Target *>( qv___BoxedPointerValue( static_cast<QV___BOXED_POINTER *>( closure ) ) );
-}
-
-QV_BOOL writeToTarget( qvObj closure, QV_MESSAGE *msg )
-{
-    Target *target = targetOf( closure );
-    if ( target->refuseWrites )
-        return QV_FALSE;
-    target->written.push_back( shown( msg ) );
-    return QV_TRUE;
-}
-
-QV_BOOL flushTarget( qvObj closure )
-{
-    Target *target = targetOf( closure );
-    target->flushes++;
-    return !target->refuseFlushes;
-}
-
-OwnedSink sinkTo( Target *target )
-{
-    qv::Local<QV___BOXED_POINTER> closure( qv___BoxedPointerCreate( target, nullptr ) );
-    return OwnedSink( qv___MessageSinkCreate( writeToTarget, flushTarget, qv___BoxedPointerObj( closure ) ) );
 }
 
 Owned messageOf( QV_MESSAGE_LEVEL level, const char *of )
@@ -72,18 +28,16 @@ Owned messageOf( QV_MESSAGE_LEVEL level, const char *of )
 
 TEST( Message, TextForm )
 {
-    qv::Local<QV_LOCATION> loc( qvLocationCreateWithDescription( text( "name" ) ) );
+    Local<QV_LOCATION> loc( qvLocationCreateWithDescription( text( "name" ) ) );
     qvLocationSetLine( loc.edit(), 3 );
     qvLocationSetColumn( loc.edit(), 4 );
-    qv::Local<QV_LOCATION> nowhere( qvLocationCreate() );
-    struct Case
+    Local<QV_LOCATION> nowhere( qvLocationCreate() );
+    const struct
     {
         QV_MESSAGE_LEVEL level;
         QV_LOCATION *location;
-        const char *text;
-        const char *expected;
-    };
-    const Case cases[] = {
+        const char *text, *expected;
+    } cases[] = {
         { QV_MESSAGE_LEVEL_WARNING, loc, "text", "name(3,4): warning: text" },
         { QV_MESSAGE_LEVEL_ERROR, loc, "", "name(3,4): error" },
         { QV_MESSAGE_LEVEL_NORMAL, loc, "text", "name(3,4): text" },
@@ -93,10 +47,8 @@ TEST( Message, TextForm )
         { QV_MESSAGE_LEVEL_WARNING, nowhere, "", "warning" },
         { QV_MESSAGE_LEVEL_NORMAL, nowhere, "", "" },
     };
-    for ( const Case &c : cases )
-    {
+    for ( const auto &c : cases )
         EXPECT_EQ( c.expected, shown( Owned( qvMessageCreateCstr( c.level, c.location, c.text, -1 ) ) ) );
-    }
 }
 
 TEST( Message, MadeFromAllKindsOfText )
@@ -119,7 +71,7 @@ TEST( Message, EditsKeepSharedValues )
     auto witness = Owned::share( msg );
     qvMessageSetLevel( msg.edit(), QV_MESSAGE_LEVEL_ERROR );
     qvMessageSetText( msg.edit(), text( "two" ) );
-    qv::Local<QV_LOCATION> loc( qvLocationCreateWithDescription( text( "here" ) ) );
+    Local<QV_LOCATION> loc( qvLocationCreateWithDescription( text( "here" ) ) );
     qvMessageSetLocation( msg.edit(), loc );
     EXPECT_EQ( "here: error: two", shown( msg ) );
     Owned copy( qvMessageCreateFrom( msg ) );
@@ -130,25 +82,11 @@ TEST( Message, EditsKeepSharedValues )
     EXPECT_EQ( "one", shown( witness ) );
 }
 
-TEST( Message, LevelNames )
-{
-    for ( QV_MESSAGE_LEVEL lvl = 0; lvl <= 3; lvl++ )
-    {
-        qv::Local<QV_STRING> name( qvMessageLevelToString( lvl ) );
-        EXPECT_EQ( lvl, qvMessageLevelFromString( name ) );
-        EXPECT_EQ( lvl, qvMessageLevelFromString( text( std::to_string( lvl ) ) ) );
-    }
-    EXPECT_EQ( -1, qvMessageLevelFromString( text( "4" ) ) );
-    EXPECT_EQ( -1, qvMessageLevelFromString( text( "error" ) ) );
-    EXPECT_EQ( 3, qvMessageLevelFromString( text( " QV_MESSAGE_LEVEL_ERROR " ) ) );
-    EXPECT_DEATH( qvMessageLevelToString( 4 ), "QV_MESSAGE_LEVEL_OK" );
-}
-
 TEST( MessageSink, WritesAllForms )
 {
-    Target target;
+    KeptMessages target;
     {
-        OwnedSink sink = sinkTo( &target );
+        OwnedSink sink = target.sink();
         const QV_MESSAGE_LEVEL level = QV_MESSAGE_LEVEL_DECORATIVE;
         const QV_INT number = 7;
         EXPECT_EQ( QV_MESSAGE_LEVEL_NORMAL, qvMessageSinkLevel( sink ) );
@@ -175,9 +113,9 @@ TEST( MessageSink, WritesAllForms )
 
 TEST( MessageSink, AFailedSinkStaysFailed )
 {
-    Target target;
+    KeptMessages target;
     {
-        OwnedSink sink = sinkTo( &target );
+        OwnedSink sink = target.sink();
         EXPECT_TRUE( qvMessageSinkWriteMessage( sink, messageOf( QV_MESSAGE_LEVEL_NORMAL, "a" ) ) );
         target.refuseWrites = true;
         EXPECT_FALSE( qvMessageSinkWriteMessage( sink, messageOf( QV_MESSAGE_LEVEL_NORMAL, "b" ) ) );
@@ -192,7 +130,7 @@ TEST( MessageSink, AFailedSinkStaysFailed )
     EXPECT_EQ( std::vector<std::string>{ "a" }, target.written );
 
     target.refuseFlushes = true;
-    OwnedSink sink = sinkTo( &target );
+    OwnedSink sink = target.sink();
     EXPECT_FALSE( qvMessageSinkFlush( sink ) );
     EXPECT_TRUE( qvMessageSinkError( sink ) );
     EXPECT_FALSE( qvMessageSinkWriteMessage( sink, messageOf( QV_MESSAGE_LEVEL_NORMAL, "d" ) ) );
@@ -200,16 +138,16 @@ TEST( MessageSink, AFailedSinkStaysFailed )
 
 TEST( MessageSink, VectorsOfMessages )
 {
-    Target target;
-    OwnedSink sink = sinkTo( &target );
-    qv::Local<QV_VECTOR> messages( qvVectorCreate() );
+    KeptMessages target;
+    OwnedSink sink = target.sink();
+    Local<QV_VECTOR> messages( qvVectorCreate() );
     EXPECT_TRUE( qvMessageSinkWriteMessages( sink, messages ) );
     qvVectorAppendObj( messages.edit(), qvMessageObj( messageOf( QV_MESSAGE_LEVEL_NORMAL, "a" ) ) );
     qvVectorAppendObj( messages.edit(), qvMessageObj( messageOf( QV_MESSAGE_LEVEL_ERROR, "b" ) ) );
     EXPECT_TRUE( qvMessageSinkWriteMessages( sink, messages ) );
     EXPECT_EQ( 2, qvMessageSinkMessagesWritten( sink ) );
     target.refuseWrites = true;
-    OwnedSink failing = sinkTo( &target );
+    OwnedSink failing = target.sink();
     EXPECT_FALSE( qvMessageSinkWriteMessages( failing, messages ) );
     // The second message was tried although the first had failed.
     EXPECT_EQ( QV_MESSAGE_LEVEL_ERROR, qvMessageSinkLevel( failing ) );

@@ -1,30 +1,14 @@
 // New-line forms: the flags, and which new-line stands where, against a plain reading of the rules.
 
-#include <gtest/gtest.h>
-
-#include <random>
+#include "support/test.hh"
+#include "support/nlf.hh"
 
 #include <qv/io/qv_nlf_flags.hh>
 
-#include "support/text.hh"
+using namespace test;
 
 namespace
 {
-
-TEST( NlfFlags, NamesAndValues )
-{
-    EXPECT_EQ( qvNlfFlagsNormalize( -1 ), 255 );
-    EXPECT_EQ( qvNlfFlagsNormalize( 256 ), 0 );
-    EXPECT_EQ( test::takeUtf8( qvNlfFlagsToString( 256 | QV_NLF_FLAG_CRLF | QV_NLF_FLAG_LF ) ),
-               "QV_NLF_FLAG_LF|QV_NLF_FLAG_CRLF" );
-    EXPECT_EQ( qvNlfFlagsFromString( test::text( "QV_NLF_FLAG_PS | QV_NLF_FLAG_CR|unknown" ) ),
-               QV_NLF_FLAG_PS | QV_NLF_FLAG_CR );
-    for ( QV_NLF_FLAGS flags = 0; flags < 256; flags++ )
-    {
-        qv::Local<QV_STRING> names( qvNlfFlagsToString( flags ) );
-        EXPECT_EQ( qvNlfFlagsFromString( names ), flags );
-    }
-}
 
 TEST( NlfFlags, FirstFlagChoosesWhatIsWritten )
 {
@@ -37,49 +21,17 @@ TEST( NlfFlags, FirstFlagChoosesWhatIsWritten )
             if ( flags >> bit & 1 )
                 expected = forms[bit];
         }
-        qv::Local<QV_STRING> nlf( qvNlfFlagsNlfString( flags ) );
-        EXPECT_EQ( test::toU32( nlf ), expected ) << flags;
+        Local<QV_STRING> nlf( qvNlfFlagsNlfString( flags ) );
+        EXPECT_EQ( toU32( nlf ), expected ) << flags;
     }
-}
-
-struct Found
-{
-    QV_INT length;
-    QV_NLF_FLAGS flag;
-};
-
-Found expectedNlf( std::u32string_view text, QV_NLF_FLAGS flags )
-{
-    if ( text.empty() )
-        return { 0, 0 };
-    if ( ( flags & QV_NLF_FLAG_CRLF ) && text.substr( 0, 2 ) == U"\r\n" )
-        return { 2, QV_NLF_FLAG_CRLF };
-    const std::pair<char32_t, QV_NLF_FLAGS> singles[] = {
-        { 0x0A, QV_NLF_FLAG_LF },   { 0x0D, QV_NLF_FLAG_CR }, { 0x85, QV_NLF_FLAG_NEL },
-        { 0x0B, QV_NLF_FLAG_VT },   { 0x0C, QV_NLF_FLAG_FF }, { 0x2028, QV_NLF_FLAG_LS },
-        { 0x2029, QV_NLF_FLAG_PS },
-    };
-    for ( auto [ch, flag] : singles )
-    {
-        if ( text[0] == ch && ( flags & flag ) )
-            return { 1, flag };
-    }
-    return { 0, 0 };
 }
 
 size_t expectedNonNlf( std::u32string_view text, QV_NLF_FLAGS flags )
 {
     size_t idx = 0;
-    while ( idx < text.size() && expectedNlf( text.substr( idx ), flags ).length == 0 )
-    {
+    while ( idx < text.size() && nlfAt( text.substr( idx ), flags ).length == 0 )
         idx++;
-    }
     return idx;
-}
-
-const QV_CHAR *charsOf( const std::u32string &text )
-{
-    return reinterpret_cast<const QV_CHAR *>( text.data() );
 }
 
 const unsigned char *bytesOf( const std::string &utf8 )
@@ -89,25 +41,26 @@ const unsigned char *bytesOf( const std::string &utf8 )
 
 QV_INT utf8Length( const std::u32string &text, size_t count )
 {
-    return static_cast<QV_INT>( test::toUtf8( test::text( text.substr( 0, count ) ) ).size() );
+    return static_cast<QV_INT>( toUtf8( test::text( text.substr( 0, count ) ) ).size() );
 }
 
 void expectRecognized( const std::u32string &text, QV_NLF_FLAGS flags )
 {
-    auto length = static_cast<QV_INT>( text.size() );
-    std::string utf8 = test::toUtf8( test::text( text ) );
-    auto byteLength = static_cast<QV_INT>( utf8.size() );
-    Found found = expectedNlf( text, flags );
+    auto length = lengthOf( text );
+    std::string utf8 = toUtf8( test::text( text ) );
+    auto byteLength = lengthOf( utf8 );
+    Nlf found = nlfAt( text, flags );
     size_t before = expectedNonNlf( text, flags );
 
     QV_NLF_FLAGS matched = -1;
-    ASSERT_EQ( qv___NlfFlagsSkipCharsNlf( charsOf( text ), length, flags, &matched ), found.length );
+    ASSERT_EQ( qv___NlfFlagsSkipCharsNlf( charsOf( text ), length, flags, &matched ),
+               static_cast<QV_INT>( found.length ) );
     ASSERT_EQ( matched, found.flag );
     ASSERT_EQ( qv___NlfFlagsSkipCharsNonNlf( charsOf( text ), length, flags ),
                static_cast<QV_INT>( before ) );
     matched = -1;
     ASSERT_EQ( qv___NlfFlagsSkipUtf8BytesNlf( bytesOf( utf8 ), byteLength, flags, &matched ),
-               utf8Length( text, static_cast<size_t>( found.length ) ) );
+               utf8Length( text, found.length ) );
     ASSERT_EQ( matched, found.flag );
     ASSERT_EQ( qv___NlfFlagsSkipUtf8BytesNonNlf( bytesOf( utf8 ), byteLength, flags ),
                utf8Length( text, before ) );
@@ -120,12 +73,8 @@ TEST( NlfFlags, EveryShortTextWithEverySetOfFlags )
     {
         expectRecognized( U"", flags );
         for ( char32_t first : alphabet )
-        {
             for ( char32_t second : alphabet )
-            {
                 expectRecognized( { first, second }, flags );
-            }
-        }
     }
 }
 
@@ -139,9 +88,7 @@ TEST( NlfFlags, LongTextsWithLookAlikes )
     {
         std::u32string text;
         for ( size_t length = random() % 150; length > 0; length-- )
-        {
             text += random() % 60 == 0 ? forms[random() % forms.size()] : plain[random() % plain.size()];
-        }
         expectRecognized( text, static_cast<QV_NLF_FLAGS>( random() % 256 ) );
     }
 }
@@ -151,7 +98,7 @@ TEST( NlfFlags, BytesCutShortAreNoNewLine )
     const std::string cut[] = { "\xC2", "\xE2", "\xE2\x80", "\xE2\x80\xA7", "\xE2\x85\xA8", "\xC2\x84" };
     for ( const std::string &bytes : cut )
     {
-        auto length = static_cast<QV_INT>( bytes.size() );
+        auto length = lengthOf( bytes );
         QV_NLF_FLAGS matched = -1;
         EXPECT_EQ( qv___NlfFlagsSkipUtf8BytesNlf( bytesOf( bytes ), length, 255, &matched ), 0 );
         EXPECT_EQ( matched, 0 );

@@ -1,7 +1,6 @@
 // What byte and character streams have in common: chunks, flags, the latch and the ranges of writes.
 
-#include <gtest/gtest.h>
-
+#include "support/test.hh"
 #include "support/stream.hh"
 
 namespace
@@ -46,9 +45,7 @@ Reading expectedReading( QV_INT size, QV_INT failAt, QV_INT maximum )
 TYPED_TEST( Stream, ChunkedReads )
 {
     for ( QV_INT size : { 0, 1, 1023, 1024, 1025, 2048, 5000 } )
-    {
         for ( QV_INT failAt : { -1, 0, 10, 1024, 1500, 5000 } )
-        {
             for ( QV_INT maximum : { -1, 0, 1, 1024, 1025, 2048, 4096, 6000 } )
             {
                 if ( failAt > size )
@@ -79,8 +76,6 @@ TYPED_TEST( Stream, ChunkedReads )
                     EXPECT_EQ( tap.requests.size(), expected.requests.size() );
                 }
             }
-        }
-    }
 }
 
 TYPED_TEST( Stream, SingleReads )
@@ -136,7 +131,6 @@ TYPED_TEST( Stream, WritesTheRangesAsked )
     std::vector<Unit> units = test::countingUnits<Unit>( 12 );
     auto value = TypeParam::value( units );
     for ( QV_INT offset = 0; offset <= 12; offset++ )
-    {
         for ( QV_INT count = 0; offset + count <= 12; count++ )
         {
             test::Tap<Unit> inner, outer, leading, trailing, plain;
@@ -156,7 +150,6 @@ TYPED_TEST( Stream, WritesTheRangesAsked )
             EXPECT_TRUE( TypeParam::writeUnits( sink, units.data() + offset, count ) );
             EXPECT_EQ( plain.writes, inner.writes );
         }
-    }
     test::Tap<Unit> whole;
     auto sink = TypeParam::sink( whole );
     EXPECT_TRUE( TypeParam::write( sink, value ) );
