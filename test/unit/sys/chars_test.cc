@@ -1,40 +1,27 @@
-#include <qv/sys/qv_chars.h>
-
-#include <gtest/gtest.h>
-#include <random>
-#include <string>
-#include <vector>
+#include "support/test.hh"
 
 namespace
 {
 
 using Chars = std::u32string;
 
-QV_CHAR *charsOf( Chars &text )
+QV_CHAR *mutableCharsOf( Chars &text )
 {
     return reinterpret_cast<QV_CHAR *>( text.data() );
 }
 
-QV_INT lengthOf( const std::string &bytes )
-{
-    return static_cast<QV_INT>( bytes.size() );
-}
-
 Chars fromUtf8( const std::string &bytes )
 {
-    QV_INT length = qvCharsConvertFromUtf8( nullptr, 0, bytes.data(), lengthOf( bytes ) );
+    QV_INT length = qvCharsConvertFromUtf8( nullptr, 0, bytes.data(), test::lengthOf( bytes ) );
     Chars text( static_cast<size_t>( length ), U'\0' );
-    EXPECT_EQ( length, qvCharsConvertFromUtf8( charsOf( text ), length, bytes.data(), lengthOf( bytes ) ) );
+    EXPECT_EQ( length, qvCharsConvertFromUtf8( mutableCharsOf( text ), length, bytes.data(),
+                                               test::lengthOf( bytes ) ) );
     return text;
 }
 
 TEST( Chars, FromUtf8 )
 {
-    const struct
-    {
-        std::string bytes;
-        Chars text;
-    } rows[] = {
+    const std::pair<std::string, Chars> rows[] = {
         { "plain ASCII text, longer than a word", U"plain ASCII text, longer than a word" },
         { "a\xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80z", U"a\u00FC\u20AC\U0001F600z" },
         { "\xC0\x80", Chars( 1, U'\0' ) },
@@ -50,10 +37,8 @@ TEST( Chars, FromUtf8 )
         { "\xFF\x80\x80z", U"\uFFFDz" },
         { "\xE2\xE2\x82\xAC", U"\uFFFD\u20AC" },
     };
-    for ( const auto &row : rows )
-    {
-        EXPECT_EQ( row.text, fromUtf8( row.bytes ) ) << row.bytes;
-    }
+    for ( const auto &[bytes, text] : rows )
+        EXPECT_EQ( text, fromUtf8( bytes ) ) << bytes;
     QV_CHAR room[3];
     EXPECT_EQ( 10, qvCharsConvertFromUtf8( room, 3, "0123456789", -1 ) );
     EXPECT_EQ( QV_CHAR( '2' ), room[2] );
@@ -66,19 +51,18 @@ TEST( Chars, ToUtf8AndBack )
     {
         Chars text;
         for ( unsigned length = random() % 40; text.size() < length; )
-        {
             text.push_back( static_cast<char32_t>( random() % 0x110000 >> ( random() % 21 ) ) );
-        }
-        QV_INT textLength = static_cast<QV_INT>( text.size() );
-        QV_INT length = qvCharsConvertToUtf8( nullptr, 0, charsOf( text ), textLength, QV_FALSE );
+        QV_INT textLength = test::lengthOf( text );
+        QV_INT length = qvCharsConvertToUtf8( nullptr, 0, mutableCharsOf( text ), textLength, QV_FALSE );
         std::string bytes( static_cast<size_t>( length ) + 1, '#' );
-        EXPECT_EQ( length + 1,
-                   qvCharsConvertToUtf8( bytes.data(), length + 1, charsOf( text ), textLength, QV_TRUE ) );
+        EXPECT_EQ( length + 1, qvCharsConvertToUtf8( bytes.data(), length + 1, mutableCharsOf( text ),
+                                                     textLength, QV_TRUE ) );
         EXPECT_EQ( '\0', bytes.back() );
         bytes.pop_back();
         EXPECT_EQ( text, fromUtf8( bytes ) );
         std::string start( bytes.size() / 2, '#' );
-        qvCharsConvertToUtf8( start.data(), lengthOf( start ), charsOf( text ), textLength, QV_TRUE );
+        qvCharsConvertToUtf8( start.data(), test::lengthOf( start ), mutableCharsOf( text ), textLength,
+                              QV_TRUE );
         EXPECT_EQ( bytes.substr( 0, start.size() ), start );
     }
     QV_CHAR beyond = 0x110000;
@@ -92,8 +76,7 @@ TEST( Chars, Sanitize )
 {
     const struct
     {
-        std::vector<QV_CHAR> source;
-        std::vector<QV_CHAR> clean;
+        std::vector<QV_CHAR> source, clean;
     } rows[] = {
         { { 0xD83D, 0xDE00 }, { 0x1F600 } },  { { 0xD800, 0xD83D, 0xDE00 }, { 0x1F600 } },
         { { 0xDE00, 'a' }, { 'a' } },         { { 0xD83D, 0x110000, 0xDE00 }, {} },
@@ -103,8 +86,8 @@ TEST( Chars, Sanitize )
     for ( const auto &row : rows )
     {
         std::vector<QV_CHAR> clean( row.source.size() );
-        QV_INT length = qvCharsSanitize( clean.data(), static_cast<QV_INT>( clean.size() ), row.source.data(),
-                                         static_cast<QV_INT>( row.source.size() ) );
+        QV_INT length = qvCharsSanitize( clean.data(), test::lengthOf( clean ), row.source.data(),
+                                         test::lengthOf( row.source ) );
         clean.resize( static_cast<size_t>( length ) );
         EXPECT_EQ( row.clean, clean );
     }

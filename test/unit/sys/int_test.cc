@@ -1,10 +1,4 @@
-#include <qv/sys/qv_int.h>
-#include <qv/sys/qv_real.h>
-
-#include <cmath>
-#include <gtest/gtest.h>
-#include <limits>
-#include <random>
+#include "support/test.hh"
 
 namespace
 {
@@ -15,9 +9,7 @@ std::vector<QV_INT> interestingInts()
         QV_INT_MIN, QV_INT_MIN + 1, QV_INT_MAX, QV_INT_MAX - 1, 0, 1, -1, 2, -2, 3, -3, 10, 1000 };
     std::mt19937_64 random( 1 );
     for ( int count = 0; count < 60; count++ )
-    {
         values.push_back( static_cast<QV_INT>( random() ) >> ( random() % 64 ) );
-    }
     return values;
 }
 
@@ -30,7 +22,6 @@ QV_INT saturated( bool overflows, QV_INT exact, bool negative )
 TEST( Int, CheckedAndSaturatingArithmetic )
 {
     for ( QV_INT a : interestingInts() )
-    {
         for ( QV_INT b : interestingInts() )
         {
             QV_INT exact;
@@ -44,7 +35,6 @@ TEST( Int, CheckedAndSaturatingArithmetic )
             EXPECT_EQ( overflows, !qvIntMulOk( a, b ) ) << a << " * " << b;
             EXPECT_EQ( saturated( overflows, exact, ( a < 0 ) != ( b < 0 ) ), qvIntMulSaturating( a, b ) );
         }
-    }
     EXPECT_FALSE( qvIntDivOk( 1, 0 ) || qvIntDivOk( QV_INT_MIN, -1 ) );
     EXPECT_EQ( QV_INT_MAX, qvIntDivSaturating( QV_INT_MIN, -1 ) );
     EXPECT_EQ( -2, qvIntDivSaturating( 5, -2 ) );
@@ -69,9 +59,7 @@ TEST( Int, MidRoundsByTheSmallerSign )
                  { QV_INT_MAX, QV_INT_MAX - 1, QV_INT_MAX - 1 },
                  { QV_INT_MIN, QV_INT_MIN + 1, QV_INT_MIN + 1 } };
     for ( const auto &row : rows )
-    {
         EXPECT_EQ( row.mid, qvIntMid( row.a, row.b ) ) << row.a << " " << row.b;
-    }
 }
 
 TEST( Int, BitsAgainstSingleBits )
@@ -92,7 +80,6 @@ TEST( Int, BitsAgainstSingleBits )
         EXPECT_EQ( lowest, qvIntBitLowest( value ) );
         EXPECT_EQ( count, qvIntBitCount( value ) );
         for ( QV_INT a = 0; a < QV_INT_BITS; a += 7 )
-        {
             for ( QV_INT b = 0; b < QV_INT_BITS; b += 9 )
             {
                 QV_INT set = value, clear = value;
@@ -104,7 +91,6 @@ TEST( Int, BitsAgainstSingleBits )
                 EXPECT_EQ( set, qvIntBitSetRange( value, a, b ) );
                 EXPECT_EQ( clear, qvIntBitClearRange( value, a, b ) );
             }
-        }
         EXPECT_EQ( value, qvIntBitSetHighest( value, 0 ) );
         EXPECT_EQ( value, qvIntBitClearLowest( value, 0 ) );
         EXPECT_EQ( -1, qvIntBitSetLowest( value, 64 ) );
@@ -140,9 +126,7 @@ TEST( Real, CompareAndConvert )
                                                { -1e300, QV_INT_MIN },
                                                { 9007199254740993.0, 9007199254740992 } };
     for ( auto [real, integer] : rows )
-    {
         EXPECT_EQ( integer, qvRealToInt( real ) ) << real;
-    }
 }
 
 } // namespace

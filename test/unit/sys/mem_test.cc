@@ -1,10 +1,4 @@
-#include <qv/sys/qv_mem.h>
-
-#include <gtest/gtest.h>
-#include <set>
-#include <string>
-#include <thread>
-#include <vector>
+#include "support/test.hh"
 
 #include <qv/sys/qv_timestamp.hh>
 #include <qv/sys/qv_unique.hh>
@@ -45,13 +39,9 @@ TEST( Unique, LastInFirstOutAndDense )
     EXPECT_EQ( first, qv___UniqueGet() );
     std::set<QV_INT> taken = { first, second };
     for ( int count = 0; count < 10000; count++ )
-    {
         EXPECT_TRUE( taken.insert( qv___UniqueGet() ).second );
-    }
     for ( QV_INT uni : taken )
-    {
         qv___UniquePut( uni );
-    }
     EXPECT_EQ( *taken.rbegin(), qv___UniqueGet() );
     EXPECT_DEATH( qv___UniquePut( *taken.begin() ), "IN_USE" );
     EXPECT_DEATH( qv___UniquePut( QV_INT_MAX ), "uni < uniListSize" );
@@ -82,9 +72,7 @@ TEST( Unique, NoTokenTwiceAcrossThreads )
     }
     EXPECT_EQ( 8000u, all.size() );
     for ( QV_INT uni : all )
-    {
         qv___UniquePut( uni );
-    }
 }
 
 // Also where a reading stands for some time, on any processor.

@@ -1,11 +1,6 @@
-#include <gtest/gtest.h>
+#include "support/test.hh"
 
 #include <qv/sys/qv_record_pool.hh>
-
-#include <cstring>
-#include <random>
-#include <thread>
-#include <vector>
 
 namespace
 {
@@ -61,9 +56,7 @@ void takeAndGive( unsigned seed, int steps )
         blocks.pop_back();
     }
     for ( const Filled &block : blocks )
-    {
         block.give();
-    }
 }
 
 } // namespace
@@ -75,15 +68,7 @@ TEST( RecordPool, BlocksNeverOverlap )
 
 TEST( RecordPool, ThreadsTakeAndGiveAtOnce )
 {
-    std::vector<std::thread> threads;
-    for ( unsigned seed = 10; seed < 14; seed++ )
-    {
-        threads.emplace_back( takeAndGive, seed, 60000 );
-    }
-    for ( std::thread &thread : threads )
-    {
-        thread.join();
-    }
+    test::runOnThreads( 4, []( size_t idx ) { takeAndGive( static_cast<unsigned>( 10 + idx ), 60000 ); } );
 }
 
 // Blocks that are always taken here and given there come round: what the other threads hold comes back when they end.
@@ -94,14 +79,10 @@ TEST( RecordPool, OtherThreadsGiveBlocksBack )
     {
         std::vector<Filled> blocks;
         for ( int idx = 0; idx < 20000; idx++ )
-        {
             blocks.push_back( Filled::take( 384, static_cast<unsigned char>( idx ) ) );
-        }
         std::thread other( [&blocks] {
             for ( const Filled &block : blocks )
-            {
                 block.give();
-            }
         } );
         other.join();
         if ( round == 0 )
@@ -110,7 +91,6 @@ TEST( RecordPool, OtherThreadsGiveBlocksBack )
     EXPECT_EQ( qv::recordPoolSize(), sizeBefore );
 }
 
-// A peak goes back to the system for the most part.
 // What a thread holds at its end goes back, also if it never took a block itself.
 TEST( RecordPool, ThreadsThatOnlyGiveLoseNothing )
 {
@@ -130,17 +110,14 @@ TEST( RecordPool, ThreadsThatOnlyGiveLoseNothing )
     EXPECT_EQ( before, qv::recordPoolSize() );
 }
 
+// A peak goes back to the system for the most part.
 TEST( RecordPool, PeakGoesBack )
 {
     std::vector<Filled> blocks;
     for ( int idx = 0; idx < 200000; idx++ )
-    {
         blocks.push_back( Filled::take( 384, 1 ) );
-    }
     QV_INT peak = qv::recordPoolSize();
     for ( const Filled &block : blocks )
-    {
         block.give();
-    }
     EXPECT_LE( qv::recordPoolSize(), peak * 3 / 5 );
 }

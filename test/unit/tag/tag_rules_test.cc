@@ -1,29 +1,20 @@
 // Matches and rewrites: their tables, edits and stores.
 
-#include <gtest/gtest.h>
-
-#include <qv/base/qv_store.h>
-#include <qv/base/qv_vector.h>
-#include <qv/tag/qv_tag_match.h>
-#include <qv/tag/qv_tag_rewrite.h>
-#include <qv/tag/qv_tag_set.h>
-
-#include "support/text.hh"
+#include "support/test.hh"
 
 namespace
 {
 
-using test::takeUtf8;
-using test::text;
+using namespace test;
 
-qv::Local<QV_TAG_SET> tags( std::string_view list )
+Local<QV_TAG_SET> tags( std::string_view list )
 {
-    return qv::Local<QV_TAG_SET>( qvTagSetDecode( text( list ) ) );
+    return Local<QV_TAG_SET>( qvTagSetDecode( text( list ) ) );
 }
 
-qv::Local<QV_TAG_MATCH> match( QV_TAG_MATCH_TYPE type, std::string_view list )
+Local<QV_TAG_MATCH> match( QV_TAG_MATCH_TYPE type, std::string_view list )
 {
-    qv::Local<QV_TAG_MATCH> result( qvTagMatchCreate() );
+    Local<QV_TAG_MATCH> result( qvTagMatchCreate() );
     qvTagMatchSetType( result.edit(), type );
     qvTagMatchSetTagSet( result.edit(), tags( list ) );
     return result;
@@ -32,35 +23,27 @@ qv::Local<QV_TAG_MATCH> match( QV_TAG_MATCH_TYPE type, std::string_view list )
 TEST( TagMatch, CountsItsTags )
 {
     // What holds for or, xor, and, not in turn.
-    static const struct
-    {
-        const char *own, *given, *holds;
-    } rows[] = {
+    const char *const rows[][3] = {
         { "", "", "1111" },         { "", "a b", "1111" },    { "a b", "", "0001" },
         { "a b", "a", "1100" },     { "a b", "b", "1100" },   { "a b", "a b", "1010" },
         { "a b", "a b c", "1010" }, { "a b", "c d", "0001" }, { "a", "a c", "1110" },
         { "a", "c", "0001" },
     };
-    for ( const auto &row : rows )
-    {
+    for ( auto &[own, given, holds] : rows )
         for ( QV_TAG_MATCH_TYPE type = 0; QV_TAG_MATCH_TYPE_OK( type ); type++ )
-        {
-            EXPECT_EQ( row.holds[type] == '1',
-                       qvTagMatchTryMatch( match( type, row.own ), tags( row.given ) ) )
-                << row.own << " on " << row.given << ", type " << type;
-        }
-    }
+            EXPECT_EQ( holds[type] == '1', qvTagMatchTryMatch( match( type, own ), tags( given ) ) )
+                << own << " on " << given << ", type " << type;
 }
 
 TEST( TagMatch, RestoresFromStores )
 {
     for ( QV_TAG_MATCH_TYPE type = 0; QV_TAG_MATCH_TYPE_OK( type ); type++ )
     {
-        qv::Local<QV_TAG_MATCH> rule = match( type, "a b" );
-        qv::Local<QV_STORE> store( qvTagMatchStore( rule ) );
-        qv::Local<QV_STRING> list( qvStoreValueCstr( store, "tagSet", -1 ) );
-        EXPECT_EQ( "a b", test::toUtf8( list ) );
-        qv::Local<QV_TAG_MATCH> again( qvTagMatchRestore( store ) );
+        Local<QV_TAG_MATCH> rule = match( type, "a b" );
+        Local<QV_STORE> store( qvTagMatchStore( rule ) );
+        Local<QV_STRING> list( qvStoreValueCstr( store, "tagSet", -1 ) );
+        EXPECT_EQ( "a b", toUtf8( list ) );
+        Local<QV_TAG_MATCH> again( qvTagMatchRestore( store ) );
         EXPECT_TRUE( qvTagMatchEquals( rule, again ) );
         EXPECT_EQ( type > 0 ? 1 : 0, qvTagMatchCompare( again, match( 0, "a b" ) ) );
 
@@ -69,15 +52,15 @@ TEST( TagMatch, RestoresFromStores )
         again.take( qvTagMatchRestore( store ) );
         EXPECT_TRUE( qvTagMatchEquals( match( QV_TAG_MATCH_TYPE_OR, "b c" ), again ) );
     }
-    qv::Local<QV_STORE> none( qvStoreCreate() );
-    qv::Local<QV_TAG_MATCH> rule( qvTagMatchRestore( none ) );
+    Local<QV_STORE> none( qvStoreCreate() );
+    Local<QV_TAG_MATCH> rule( qvTagMatchRestore( none ) );
     EXPECT_TRUE( qvTagMatchEquals( match( QV_TAG_MATCH_TYPE_OR, "" ), rule ) );
 }
 
 TEST( TagMatch, EditsItsOwnCopy )
 {
-    qv::Local<QV_TAG_MATCH> rule = match( QV_TAG_MATCH_TYPE_AND, "a" );
-    auto held = qv::Local<QV_TAG_MATCH>::share( rule );
+    Local<QV_TAG_MATCH> rule = match( QV_TAG_MATCH_TYPE_AND, "a" );
+    auto held = Local<QV_TAG_MATCH>::share( rule );
     qvTagMatchSetType( rule.edit(), QV_TAG_MATCH_TYPE_NOT );
     qvTagMatchSetTagSet( rule.edit(), tags( "b" ) );
     EXPECT_TRUE( qvTagMatchEquals( match( QV_TAG_MATCH_TYPE_AND, "a" ), held ) );
@@ -85,15 +68,15 @@ TEST( TagMatch, EditsItsOwnCopy )
     EXPECT_DEATH( qvTagMatchSetType( rule.edit(), 4 ), "QV_TAG_MATCH_TYPE_OK" );
 }
 
-qv::Local<QV_TAG_REWRITE_OPERATION> operation( QV_TAG_REWRITE_OPERATION_TYPE type, std::string_view tag )
+Local<QV_TAG_REWRITE_OPERATION> operation( QV_TAG_REWRITE_OPERATION_TYPE type, std::string_view tag )
 {
-    return qv::Local<QV_TAG_REWRITE_OPERATION>( qvTagRewriteOperationCreate( type, text( tag ) ) );
+    return Local<QV_TAG_REWRITE_OPERATION>( qvTagRewriteOperationCreate( type, text( tag ) ) );
 }
 
 // A rewrite from rules such as "+a", "-b" and "=c".
-qv::Local<QV_TAG_REWRITE> rewrite( bool clear, std::string_view rules )
+Local<QV_TAG_REWRITE> rewrite( bool clear, std::string_view rules )
 {
-    qv::Local<QV_TAG_REWRITE> result( qvTagRewriteCreate() );
+    Local<QV_TAG_REWRITE> result( qvTagRewriteCreate() );
     qvTagRewriteSetClear( result.edit(), clear );
     for ( size_t at = 0; at + 1 < rules.size(); at += 2 )
     {
@@ -119,8 +102,8 @@ TEST( TagRewrite, MakesItsOutput )
     };
     for ( const auto &row : rows )
     {
-        qv::Local<QV_TAG_SET> input = tags( row.input );
-        qv::Local<QV_TAG_SET> output( qvTagRewriteApply( rewrite( row.clear, row.rules ), input ) );
+        Local<QV_TAG_SET> input = tags( row.input );
+        Local<QV_TAG_SET> output( qvTagRewriteApply( rewrite( row.clear, row.rules ), input ) );
         EXPECT_EQ( row.output, takeUtf8( qvTagSetEncode( output ) ) ) << row.rules << " on " << row.input;
         EXPECT_EQ( row.input, takeUtf8( qvTagSetEncode( input ) ) );
     }
@@ -128,17 +111,17 @@ TEST( TagRewrite, MakesItsOutput )
 
 TEST( TagRewrite, KeepsOneOperationATag )
 {
-    qv::Local<QV_TAG_REWRITE> rule = rewrite( false, "+b=a" );
-    auto held = qv::Local<QV_TAG_REWRITE>::share( rule );
+    Local<QV_TAG_REWRITE> rule = rewrite( false, "+b=a" );
+    auto held = Local<QV_TAG_REWRITE>::share( rule );
     qvTagRewriteSetOperation( rule.edit(), operation( QV_TAG_REWRITE_OPERATION_TYPE_DELETE, "b" ) );
     ASSERT_EQ( 2, qvTagRewriteOperationsLength( rule ) );
-    qv::Local<QV_TAG_REWRITE_OPERATION> op( qvTagRewriteOperationAt( rule, 1 ) );
+    Local<QV_TAG_REWRITE_OPERATION> op( qvTagRewriteOperationAt( rule, 1 ) );
     EXPECT_EQ( QV_TAG_REWRITE_OPERATION_TYPE_DELETE, qvTagRewriteOperationType( op ) );
     EXPECT_TRUE( qvTagRewriteEquals( rewrite( false, "=a+b" ), held ) );
     EXPECT_GT( qvTagRewriteCompare( rule, held ), 0 );
     EXPECT_LT( qvTagRewriteCompare( rule, rewrite( true, "" ) ), 0 );
 
-    qv::Local<QV_VECTOR> vec( qvTagRewriteOperationsVector( rule ) );
+    Local<QV_VECTOR> vec( qvTagRewriteOperationsVector( rule ) );
     op.take( qvTagRewriteOperation( held, text( "b" ) ) );
     qvVectorAppendObj( vec.edit(), qvTagRewriteOperationObj( op ) );
     qvTagRewriteSetOperationsVector( rule.edit(), vec );
@@ -157,15 +140,15 @@ TEST( TagRewrite, KeepsOneOperationATag )
 
 TEST( TagRewrite, RestoresWhatFits )
 {
-    qv::Local<QV_TAG_REWRITE> rule = rewrite( true, "+a-b=c" );
-    qv::Local<QV_STORE> store( qvTagRewriteStore( rule ) );
-    qv::Local<QV_TAG_REWRITE> again( qvTagRewriteRestore( store ) );
+    Local<QV_TAG_REWRITE> rule = rewrite( true, "+a-b=c" );
+    Local<QV_STORE> store( qvTagRewriteStore( rule ) );
+    Local<QV_TAG_REWRITE> again( qvTagRewriteRestore( store ) );
     EXPECT_TRUE( qvTagRewriteEquals( rule, again ) );
 
-    qv::Local<QV_STORE> operations( qvStoreStoreCstr( store, "operations", -1 ) );
+    Local<QV_STORE> operations( qvStoreStoreCstr( store, "operations", -1 ) );
     for ( const char *bad : { "type", "tag" } )
     {
-        qv::Local<QV_STORE> op(
+        Local<QV_STORE> op(
             qvTagRewriteOperationStore( operation( QV_TAG_REWRITE_OPERATION_TYPE_SET, "d" ) ) );
         qvStoreSetValueCstr( op.edit(), bad, -1, text( "QV_TAG_REWRITE_OPERATION_TYPE_KEEP" ) );
         qvStoreAppendStore( operations.edit(), op );
@@ -178,14 +161,14 @@ TEST( TagRewrite, RestoresWhatFits )
     again.take( qvTagRewriteRestore( store ) );
     EXPECT_TRUE( qvTagRewriteEquals( rewrite( false, "+a-b=c" ), again ) );
 
-    qv::Local<QV_STORE> empty( qvTagRewriteStore( rewrite( false, "" ) ) );
+    Local<QV_STORE> empty( qvTagRewriteStore( rewrite( false, "" ) ) );
     EXPECT_TRUE( qvStoreHasStoreCstr( empty, "operations", -1 ) );
 }
 
 TEST( TagRewriteOperation, EditsItsOwnCopy )
 {
-    qv::Local<QV_TAG_REWRITE_OPERATION> op = operation( QV_TAG_REWRITE_OPERATION_TYPE_SET, "b" );
-    auto held = qv::Local<QV_TAG_REWRITE_OPERATION>::share( op );
+    Local<QV_TAG_REWRITE_OPERATION> op = operation( QV_TAG_REWRITE_OPERATION_TYPE_SET, "b" );
+    auto held = Local<QV_TAG_REWRITE_OPERATION>::share( op );
     qvTagRewriteOperationSetType( op.edit(), QV_TAG_REWRITE_OPERATION_TYPE_DELETE );
     qvTagRewriteOperationSetTag( op.edit(), text( "a" ) );
     EXPECT_EQ( "b", takeUtf8( qvTagRewriteOperationTag( held ) ) );

@@ -4,14 +4,7 @@
 // The facts of the Unicode Character Database as the tests know them: read from test/data/unicode/facts.txt, which isn't
 // made by the generator of the library's tables, and the normalization forms as the annex defines them, made from these.
 
-#include <map>
-#include <set>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
-#include <qv/sys/qv_types.h>
+#include "support/test.hh"
 
 namespace test
 {

@@ -1,13 +1,10 @@
-// Reads the facts, builds the textbook forms from them, and tests the reader on facts that are known by heart.
+// Reads the facts and builds the textbook forms from them.
 
+#include "support/test.hh"
 #include "unicode/facts.hh"
 
-#include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
-
-#include <gtest/gtest.h>
 
 namespace test
 {
@@ -24,9 +21,7 @@ std::u32string readChars( std::istream &in )
 {
     std::u32string chars;
     for ( uint32_t code; in >> code; )
-    {
         chars += static_cast<char32_t>( code );
-    }
     return chars;
 }
 
@@ -129,9 +124,7 @@ std::u32string Facts::decompose( char32_t ch, bool compat ) const
         return std::u32string( 1, ch );
     std::u32string parts;
     for ( char32_t part : found->second.chars )
-    {
         parts += decompose( part, compat );
-    }
     return parts;
 }
 
@@ -150,9 +143,7 @@ std::u32string Facts::normalize( std::u32string_view text, int form ) const
 {
     std::u32string parts;
     for ( char32_t ch : text )
-    {
         parts += decompose( ch, form % 2 == 1 );
-    }
     auto isStarter = [this]( char32_t ch ) { return combiningClass[ch] == 0; };
     for ( auto begin = parts.begin(); begin != parts.end(); )
     {
@@ -185,24 +176,3 @@ std::u32string Facts::normalize( std::u32string_view text, int form ) const
 }
 
 } // namespace test
-
-TEST( UnicodeFacts, areThere )
-{
-    const test::Facts &known = test::facts();
-    EXPECT_EQ( "Ll", known.category['a'] );
-    EXPECT_EQ( "Garay", known.script[0x10D50] );
-    EXPECT_EQ( 230u, known.combiningClass[0x301] );
-    EXPECT_EQ( 3, known.decimal[0x663] );
-    EXPECT_EQ( U"SS", known.upper.at( 0xDF ) );
-    EXPECT_EQ( U"fi", known.maps.at( 0xFB01 ).chars );
-    EXPECT_EQ( 1120u, [&known] // the full exclusion set has as many code points
-               {
-                   size_t pairs = 0;
-                   for ( const auto &[code, mapping] : known.maps )
-                   {
-                       pairs += mapping.type == "canonical";
-                   }
-                   return pairs - known.composites.size();
-               }() );
-    EXPECT_EQ( U"\u1EAD", known.normalize( U"a\u0302\u0323", 0 ) );
-}
