@@ -10,6 +10,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstring>
 
 // Whether the pool may work at all in this build.
 #if defined( __has_feature )
@@ -51,16 +52,21 @@ struct Block
     Block *next;
 };
 
-// The head of a slab. While it has a free block, it stands in the list of its class.
+// The head of a slab. While it has a free block, it stands in the list of its class. Which of its blocks were given back is
+// told by a bit for each grain of it, set at the first one of a block. So they come out again in the order of their addresses,
+// whatever the order that they came in: records that are made one after the other stand one behind the other, also in slabs
+// that have been in use for long, and making and walking a tree of them costs half of what it would in a random order.
 struct Slab
 {
     Slab *previous;
     Slab *next;
-    Block *free;        // blocks given back
     uint32_t blockSize; // 0 while the slab has no class
     uint32_t used;      // blocks that are out
     uint32_t fresh;     // offset of the first block that was never out
+    uint32_t returned;  // blocks given back
+    uint32_t firstWord; // of those in returnedBits that aren't 0, or one in front of it
     bool isListed;
+    uint64_t returnedBits[slabSize / grain / 64];
     // In the first slab of a chunk only, about the chunk.
     Slab *previousChunk;
     Slab *nextChunk;
@@ -68,7 +74,7 @@ struct Slab
     uint32_t untouchedSlabs; // a bit for each slab that was never used
 };
 
-constexpr size_t slabHeadSize = 128;
+constexpr size_t slabHeadSize = 384;
 static_assert( sizeof( Slab ) <= slabHeadSize );
 
 // The blocks at hand of one thread, in the order of their classes. Registered stocks stand in a list.
@@ -230,10 +236,12 @@ Slab *addSlab( size_t index )
     chunk->freeSlabs &= chunk->freeSlabs - 1;
     auto *slab = reinterpret_cast<Slab *>( reinterpret_cast<char *>( chunk ) +
                                            static_cast<size_t>( place ) * slabSize );
-    slab->free = nullptr;
     slab->blockSize = static_cast<uint32_t>( ( index + 1 ) * grain );
     slab->used = 0;
     slab->fresh = slabHeadSize;
+    slab->returned = 0;
+    slab->firstWord = 0;
+    std::memset( slab->returnedBits, 0, sizeof slab->returnedBits );
     list( slab, index );
     return slab;
 }
@@ -257,41 +265,55 @@ void dropSlab( Slab *slab, size_t index )
 
 bool isFull( const Slab *slab )
 {
-    return !slab->free && slab->fresh + slab->blockSize > slabSize;
+    return slab->returned == 0 && slab->fresh + slab->blockSize > slabSize;
 }
 
-// Takes up to count blocks out of a slab that has some, onto an empty shelf.
-void takeBlocks( Slab *slab, Stock::Shelf *shelf, QV_INT count )
+// Takes up to count blocks that were never out, onto a shelf without such.
+void takeFresh( Slab *slab, Stock::Shelf *shelf, QV_INT count )
 {
-    if ( !slab->free )
-    {
-        if ( slab->fresh > slabHeadSize )
-            touchRest( slab );
-        auto room = static_cast<QV_INT>( ( slabSize - slab->fresh ) / slab->blockSize );
-        auto taken = static_cast<uint32_t>( count < room ? count : room );
-        shelf->fresh = reinterpret_cast<char *>( slab ) + slab->fresh;
-        shelf->freshEnd = shelf->fresh + taken * slab->blockSize;
-        slab->fresh += taken * slab->blockSize;
-        slab->used += taken;
-        return;
-    }
-    Block *last = nullptr;
-    shelf->first = slab->free;
-    while ( slab->free && shelf->count < count )
-    {
-        last = slab->free;
-        slab->free = last->next;
-        slab->used++;
-        shelf->count++;
-    }
-    last->next = nullptr;
+    if ( slab->fresh > slabHeadSize )
+        touchRest( slab );
+    auto room = static_cast<QV_INT>( ( slabSize - slab->fresh ) / slab->blockSize );
+    auto taken = static_cast<uint32_t>( count < room ? count : room );
+    shelf->fresh = reinterpret_cast<char *>( slab ) + slab->fresh;
+    shelf->freshEnd = shelf->fresh + taken * slab->blockSize;
+    slab->fresh += taken * slab->blockSize;
+    slab->used += taken;
 }
 
-void giveBlock( Block *block, size_t index )
+// Takes up to count blocks that were given back, and links them behind the place that *end points to.
+uint32_t takeReturned( Slab *slab, Block ***end, uint32_t count )
+{
+    uint32_t taken = 0;
+    while ( taken < count && slab->returned > 0 )
+    {
+        uint64_t *bits = &slab->returnedBits[slab->firstWord];
+        if ( *bits == 0 )
+        {
+            slab->firstWord++;
+            continue;
+        }
+        size_t place = slab->firstWord * 64 + static_cast<size_t>( std::countr_zero( *bits ) );
+        *bits &= *bits - 1;
+        auto *block = reinterpret_cast<Block *>( reinterpret_cast<char *>( slab ) + place * grain );
+        **end = block;
+        *end = &block->next;
+        slab->returned--;
+        taken++;
+    }
+    slab->used += taken;
+    return taken;
+}
+
+void giveBlock( void *block, size_t index )
 {
     auto *slab = alignedDown<Slab>( block, slabSize );
-    block->next = slab->free;
-    slab->free = block;
+    auto place = ( reinterpret_cast<uintptr_t>( block ) - reinterpret_cast<uintptr_t>( slab ) ) / grain;
+    auto word = static_cast<uint32_t>( place / 64 );
+    slab->returnedBits[word] |= uint64_t{ 1 } << place % 64;
+    if ( slab->returned == 0 || word < slab->firstWord )
+        slab->firstWord = word;
+    slab->returned++;
     slab->used--;
     if ( !slab->isListed )
         list( slab, index );
@@ -331,7 +353,7 @@ void returnFresh( Stock::Shelf *shelf, size_t index )
     }
     for ( ; shelf->fresh < shelf->freshEnd; shelf->fresh += ( index + 1 ) * grain )
     {
-        giveBlock( reinterpret_cast<Block *>( shelf->fresh ), index );
+        giveBlock( shelf->fresh, index );
     }
 }
 
@@ -397,10 +419,24 @@ inline Stock::Shelf *shelfOf( size_t index )
 {
     qv___LockAcquire( &pool.lock );
     registerStock();
+    Stock::Shelf *shelf = &stock->shelves[index];
+    QV_INT batch = batchOf( index );
+    Block **end = &shelf->first;
     Slab *slab = pool.listed[index] ? pool.listed[index] : addSlab( index );
-    takeBlocks( slab, &stock->shelves[index], batchOf( index ) );
-    if ( isFull( slab ) )
-        unlist( slab, index );
+    if ( slab->returned == 0 )
+    {
+        takeFresh( slab, shelf, batch );
+        if ( isFull( slab ) )
+            unlist( slab, index );
+    }
+    // Slabs in long use may have few blocks each.
+    while ( ( slab = pool.listed[index] ) && slab->returned > 0 && shelf->count < batch )
+    {
+        shelf->count += takeReturned( slab, &end, static_cast<uint32_t>( batch - shelf->count ) );
+        if ( isFull( slab ) )
+            unlist( slab, index );
+    }
+    *end = nullptr;
     qv___LockRelease( &pool.lock );
 }
 

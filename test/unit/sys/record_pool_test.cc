@@ -110,6 +110,29 @@ TEST( RecordPool, ThreadsThatOnlyGiveLoseNothing )
     EXPECT_EQ( before, qv::recordPoolSize() );
 }
 
+// Where few blocks are still out, those between them are taken in the order of their addresses, however they came back.
+TEST( RecordPool, BlocksComeInOrder )
+{
+    constexpr QV_INT size = 128;
+    if ( qv::recordPoolSize() == 0 )
+        GTEST_SKIP() << "the pool is at rest";
+    std::vector<char *> blocks( 20000 );
+    auto take = [] { return static_cast<char *>( qv::recordAlloc( size ) ); };
+    std::generate( blocks.begin(), blocks.end(), take );
+    std::shuffle( blocks.begin(), blocks.end(), std::mt19937( 5 ) );
+    auto give = [&blocks]( size_t from ) {
+        for ( size_t idx = from; idx < blocks.size(); idx++ )
+            qv::recordFree( blocks[idx], size );
+    };
+    give( 400 );
+    std::generate( blocks.begin() + 400, blocks.end(), take );
+    QV_INT near = 0;
+    for ( size_t idx = 401; idx < blocks.size(); idx++ )
+        near += blocks[idx] > blocks[idx - 1] && blocks[idx] - blocks[idx - 1] <= 4 * size;
+    EXPECT_GT( near, 18000 );
+    give( 0 );
+}
+
 // A peak goes back to the system for the most part.
 TEST( RecordPool, PeakGoesBack )
 {
