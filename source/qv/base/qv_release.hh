@@ -26,6 +26,7 @@
 // being gone.
 
 #include <qv/runtime/qv_obj.hh>
+#include <qv/sys/qv_fetch.hh>
 
 namespace qv
 {
@@ -57,8 +58,8 @@ inline constexpr QV_INT releaseAhead = 6;
 // Fetches the record of an object that will be released soon.
 inline void fetchForRelease( const qv___Obj *obj )
 {
-    __builtin_prefetch( &obj->retainCount, 1 );
-    __builtin_prefetch( reinterpret_cast<const char *>( obj ) + 64 );
+    fetchToWrite( &obj->retainCount );
+    fetch( reinterpret_cast<const char *>( obj ) + 64 );
 }
 
 class NestedRelease

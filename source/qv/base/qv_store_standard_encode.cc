@@ -6,6 +6,7 @@
 #include <qv/charset/qv_charset.h>
 #include <qv/io/qv_char_sink.h>
 #include <qv/runtime/qv_local.hh>
+#include <qv/sys/qv_fetch.hh>
 
 #include <cstring>
 
@@ -234,18 +235,18 @@ void fetchAhead( const Frame *frame )
     if ( frame->length - frame->next > far )
     {
         auto *address = static_cast<QV_STRING *>( pairs[frame->next + far].key );
-        __builtin_prefetch( &address->chars );
-        __builtin_prefetch( address->inlineChars + 4 );
-        __builtin_prefetch( pairs[frame->next + far].val );
-        __builtin_prefetch( reinterpret_cast<char *>( pairs[frame->next + far].val ) + 64 );
+        qv::fetch( &address->chars );
+        qv::fetch( address->inlineChars + 4 );
+        qv::fetch( pairs[frame->next + far].val );
+        qv::fetch( reinterpret_cast<char *>( pairs[frame->next + far].val ) + 64 );
     }
     if ( frame->length - frame->next > near && !qv::isStore( pairs[frame->next + near].val ) )
     {
         QV_STRING *text = static_cast<QV___STORE_VALUE *>( pairs[frame->next + near].val )->value;
-        __builtin_prefetch( &text->chars );
-        __builtin_prefetch( text->inlineChars + 4 );
-        __builtin_prefetch( text->inlineChars + 20 );
-        __builtin_prefetch( text->inlineChars + 36 );
+        qv::fetch( &text->chars );
+        qv::fetch( text->inlineChars + 4 );
+        qv::fetch( text->inlineChars + 20 );
+        qv::fetch( text->inlineChars + 36 );
     }
 }
 
