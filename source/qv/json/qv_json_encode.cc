@@ -8,6 +8,7 @@
 #include <qv/json/qv_json_text.hh>
 #include <qv/json/qv_json_value.hh>
 #include <qv/runtime/qv_local.hh>
+#include <qv/sys/qv_fetch.hh>
 #include <qv/sys/qv_mem.h>
 
 #include <algorithm>
@@ -70,8 +71,7 @@ template <typename UNIT> class Text
     UNIT *end_ = nullptr;
 };
 
-// Each of the following puts something at a place that has room for it, and returns the place behind it. What is put in
-// words may write over the next seven units.
+// Each of the following puts something at a place that has room for it, and returns the place behind it.
 
 template <typename UNIT> UNIT *put( UNIT *at, QV_CHAR ch )
 {
@@ -88,19 +88,16 @@ template <typename UNIT, size_t SIZE> UNIT *putLiteral( UNIT *at, const char ( &
     return at + SIZE - 1;
 }
 
-// An ASCII text that may be read in words.
-unsigned char *putWords( unsigned char *at, const unsigned char *bytes, QV_INT length )
+// Units that are copied at once where nothing tells how many there are. That many may be written, and read, behind a run.
+constexpr QV_INT stride = 16;
+
+template <typename UNIT> UNIT *putStrides( UNIT *at, const UNIT *units, QV_INT length )
 {
-    for ( QV_INT idx = 0; idx < length; idx += 8 )
+    for ( QV_INT idx = 0; idx < length; idx += stride )
     {
-        std::memcpy( at + idx, bytes + idx, 8 );
+        std::memcpy( at + idx, units + idx, stride * sizeof( UNIT ) );
     }
     return at + length;
-}
-
-QV_CHAR *putWords( QV_CHAR *at, const unsigned char *bytes, QV_INT length )
-{
-    return std::copy( bytes, bytes + length, at );
 }
 
 template <typename UNIT> UNIT *putEscape( UNIT *at, QV_CHAR ch )
@@ -156,32 +153,22 @@ template <typename UNIT> UNIT *putEscaped( UNIT *at, const QV_CHAR *chs, QV_INT 
     }
 }
 
-// The same from the tail of a value, which may be read in words up to the one that its last byte is in.
+// The same from the tail of a value, which may be read in words.
 unsigned char *putEscaped( unsigned char *at, const unsigned char *bytes, QV_INT length )
 {
-    QV_INT idx = 0;
-    while ( idx < length )
+    for ( QV_INT begin = 0; begin < length; begin += 8 )
     {
-        // Behind an escape the rest may not stand at a whole word.
-        bool isWhole = length - idx >= 8 || idx % 8 == 0;
-        QV_INT room = isWhole ? std::min<QV_INT>( length - idx, 8 ) : 1;
-        uint64_t marks = 0;
-        if ( isWhole )
+        QV_INT count = std::min<QV_INT>( length - begin, 8 );
+        std::memcpy( at, bytes + begin, 8 );
+        if ( !qv::jsonSpecialBits( qv::jsonLoadWord( bytes + begin ) ) )
         {
-            uint64_t word = qv::jsonLoadWord( bytes + idx );
-            std::memcpy( at, bytes + idx, 8 );
-            marks = qv::jsonSpecialBits( word );
+            at += count;
+            continue;
         }
-        else
+        for ( QV_INT idx = begin; idx < begin + count; idx++ )
         {
-            *at = bytes[idx];
-            marks = qv::jsonIsSpecial( bytes[idx] ) ? 0x80 : 0;
+            at = qv::jsonIsSpecial( bytes[idx] ) ? putEscape( at, bytes[idx] ) : put( at, bytes[idx] );
         }
-        QV_INT run = marks ? std::min( qv::jsonFirstMarked( marks ), room ) : room;
-        at += run;
-        idx += run;
-        if ( run < room )
-            at = putEscape( at, bytes[idx++] );
     }
     return at;
 }
@@ -198,6 +185,20 @@ QV_CHAR *putEscaped( QV_CHAR *at, const unsigned char *bytes, QV_INT length )
             return at;
         at = putEscape( at, *bytes++ );
     }
+}
+
+// The shortest tail in full, unless something in it can't be taken as it is.
+template <typename UNIT> bool putShortTail( UNIT *at, const unsigned char *bytes )
+{
+    static_assert( QV___JSON_TAIL_MIN == 24 );
+    uint64_t words[] = { qv::jsonLoadWord( bytes ), qv::jsonLoadWord( bytes + 8 ),
+                         qv::jsonLoadWord( bytes + 16 ) };
+    uint64_t marks =
+        qv::jsonSpecialBits( words[0] ) | qv::jsonSpecialBits( words[1] ) | qv::jsonSpecialBits( words[2] );
+    if constexpr ( sizeof( UNIT ) > 1 )
+        marks |= ( words[0] | words[1] | words[2] ) & qv::jsonTopBits;
+    std::copy( bytes, bytes + QV___JSON_TAIL_MIN, at );
+    return marks == 0;
 }
 
 // A short text of ASCII without anything to escape, out of a string's own store, in words; null if it isn't that.
@@ -246,41 +247,71 @@ Layout layoutOf( QV_JSON_FLAGS flags, QV_JSON_OPTIONS *opt )
              opt->encodeIndent, qv::nlfCharsOf( opt->encodeNlfFlags ) };
 }
 
-// An object or array that is being written.
+// An object or array that is being written. Its entries are one pointer each, or two with the name in front of the value.
 struct Frame
 {
-    QV_JSON_VALUE *val; // borrowed
-    QV_INT next;        // the entry to write
+    const qvObj *entries; // borrowed
+    QV_INT width;         // 1 for an array, 2 for an object
+    QV_INT next;          // the entry to write
     QV_INT length;
+
+    QV_JSON_VALUE *valueAt( QV_INT idx ) const
+    {
+        return qv::jsonFrom( entries[idx * width + width - 1] );
+    }
+
+    QV_STRING *nameAt( QV_INT idx ) const
+    {
+        return static_cast<QV_STRING *>( entries[idx * width] );
+    }
 };
 
-// Large trees don't fit the caches, and their records stand where nothing but the tree itself tells. So what will be written
-// soon is fetched ahead: the records of entries, then the containers of those that have one.
-constexpr QV_INT fetchAhead = 6;
-constexpr QV_INT fetchContentAhead = 2;
-
-const QV_JSON_VALUE *entryAt( const Frame &frame, QV_INT idx )
+Frame frameOf( const QV_JSON_VALUE *val )
 {
-    return frame.val->type == QV_JSON_TYPE_ARRAY ? qv::jsonItemAt( frame.val, idx )
-                                                 : qv::jsonMemberAt( frame.val, idx );
+    static_assert( sizeof( qv___DictPair ) == 2 * sizeof( qvObj ) );
+    if ( val->type == QV_JSON_TYPE_ARRAY )
+        return { qv::vectorBacking( val->array ), 1, 0, qv::vectorLength( val->array ) };
+    auto *pairs = qv::dictPairs( val->objectMembers );
+    return { &pairs->key, 2, 0, qv::dictLength( val->objectMembers ) };
 }
 
-void fetchEntry( const Frame &frame, QV_INT idx )
+// Large trees don't fit the caches. So what will be written soon is fetched ahead: the records of entries, then the
+// containers of those that have one, then the first entries of these.
+constexpr QV_INT fetchAhead = 8;
+constexpr QV_INT fetchContentAhead = 2;
+constexpr QV_INT fetchEntriesAhead = 1;
+constexpr QV_INT fetchEntriesCount = 4;
+
+void fetchValue( const Frame &frame, QV_INT idx )
 {
     if ( idx < frame.length )
-        __builtin_prefetch( &entryAt( frame, idx )->type );
+        qv::fetch( &frame.valueAt( idx )->type );
 }
 
 void fetchContent( const Frame &frame, QV_INT idx )
 {
     if ( idx >= frame.length )
         return;
-    const QV_JSON_VALUE *val = entryAt( frame, idx );
+    const QV_JSON_VALUE *val = frame.valueAt( idx );
     if ( !qv::jsonIsContainer( val ) )
         return;
     auto *record = reinterpret_cast<const char *>( val->objectMembers );
-    __builtin_prefetch( record + 64 );
-    __builtin_prefetch( record + 128 );
+    qv::fetch( record + 64 );
+    qv::fetch( record + 128 );
+    qv::fetch( record + 192 );
+    if ( val->type == QV_JSON_TYPE_OBJECT )
+        qv::fetch( record + 256 );
+}
+
+void fetchEntries( const Frame &frame, QV_INT idx )
+{
+    if ( idx >= frame.length || !qv::jsonIsContainer( frame.valueAt( idx ) ) )
+        return;
+    Frame inner = frameOf( frame.valueAt( idx ) );
+    for ( QV_INT entry = 0; entry < fetchEntriesCount; entry++ )
+    {
+        fetchValue( inner, entry );
+    }
 }
 
 template <typename UNIT> class Writer
@@ -296,47 +327,63 @@ template <typename UNIT> class Writer
     Text<UNIT> text;
 
   private:
+    // Units of a name that is kept as it is written, and names that are.
+    static constexpr QV_INT longestName = 48;
+    static constexpr uintptr_t nameCount = 32;
     // Units that all short puts of one entry take together, and then some.
-    static constexpr QV_INT smallRoom = 64;
+    static constexpr QV_INT smallRoom = 160;
     // Units that a character may take, escaped or encoded.
     static constexpr QV_INT widest = 6;
     // Characters of a long text that are written at once.
     static constexpr QV_INT pieceLength = 4096;
 
+    // A name with all up to the value behind it. Documents repeat theirs, and share the strings.
+    struct Name
+    {
+        Name() : string( nullptr ) {}
+
+        QV_STRING *string; // borrowed, null for none
+        QV_INT length;     // this and the following are valid when there is a string
+        UNIT units[longestName];
+    };
+
     UNIT *qv___JsonEncodeNext( UNIT *at, QV_INT level );
     UNIT *qv___JsonEncodeValue( UNIT *at, QV_JSON_VALUE *val );
     UNIT *qv___JsonEncodeString( UNIT *at, QV_STRING *string );
-    UNIT *putName( UNIT *at, QV_STRING *name );
-    UNIT *putText( UNIT *at, QV_JSON_VALUE *val );
+    UNIT *putName( UNIT *at, QV_STRING *string );
+    UNIT *putNewName( UNIT *at, Name *name, QV_STRING *string );
+    UNIT *putTail( UNIT *at, QV_JSON_VALUE *val );
+    UNIT *putConstant( UNIT *at, QV_JSON_TYPE type );
+    UNIT *putHeld( UNIT *at, QV_JSON_VALUE *val );
     UNIT *putNextEntry( UNIT *at );
     UNIT *open( UNIT *at, QV_JSON_VALUE *val );
     UNIT *close( UNIT *at );
-    UNIT *extendBreak( QV_INT level );
+    void extendBreak( QV_INT level );
 
     Layout layout_;
     // What stands between tokens on different lines: the break, and the indents of as many levels as came up.
     Text<UNIT> break_;
     UNIT *breakEnd_ = nullptr;
-    QV_INT breakLevels_ = -1;
+    QV_INT breakLevels_ = 0;
     QV_INT breakLength_ = 0;  // of the break alone, with which level 0 begins
     QV_INT indentLength_ = 0; // of one indent
+    Name names_[nameCount];
     qv::FrameStack<Frame> frames_;
 };
 
 template <typename UNIT> Writer<UNIT>::Writer( const Layout &layout ) : layout_( layout )
 {
-    if ( layout_.packed )
-        return;
     const QV_CHAR blank = ' ';
     const QV_CHAR *chs = layout_.singleLine ? &blank : layout_.nlf.chars;
-    QV_INT length = layout_.singleLine ? 1 : layout_.nlf.length;
-    breakEnd_ = putRun( break_.reserve( breakEnd_, smallRoom ), chs, length );
-    breakLength_ = length;
-    breakLevels_ = 0;
+    if ( layout_.singleLine )
+        breakLevels_ = QV_INT_MAX;
+    if ( !layout_.packed )
+        breakLength_ = layout_.singleLine ? 1 : layout_.nlf.length;
+    breakEnd_ = putRun( break_.reserve( breakEnd_, smallRoom ), chs, breakLength_ );
 }
 
 // Adds the indents up to a level.
-template <typename UNIT> UNIT *Writer<UNIT>::extendBreak( QV_INT level )
+template <typename UNIT> [[gnu::noinline]] void Writer<UNIT>::extendBreak( QV_INT level )
 {
     QV_INT width = qv::stringLength( layout_.indent );
     QV_CHECK( QV_INT_MUL_OK( width, widest ) );
@@ -346,20 +393,16 @@ template <typename UNIT> UNIT *Writer<UNIT>::extendBreak( QV_INT level )
         breakEnd_ = putRun( begin, qv::stringBacking( layout_.indent ), width );
         indentLength_ = breakEnd_ - begin;
     }
-    return breakEnd_;
 }
 
-// Writes what stands between two tokens on different lines, and makes sure of room for short puts behind it.
+// Writes what stands between two tokens on different lines. There is room for short puts in front of it, and is behind it.
 template <typename UNIT> UNIT *Writer<UNIT>::qv___JsonEncodeNext( UNIT *at, QV_INT level )
 {
-    if ( layout_.packed )
-        return text.reserve( at, smallRoom );
-    if ( !layout_.singleLine && level > breakLevels_ )
+    if ( level > breakLevels_ )
         extendBreak( level );
-    QV_INT length = breakLength_ + ( layout_.singleLine ? 0 : level * indentLength_ );
+    QV_INT length = breakLength_ + level * indentLength_;
     at = text.reserve( at, length + smallRoom );
-    std::memcpy( at, break_.units(), static_cast<size_t>( length ) * sizeof( UNIT ) );
-    return at + length;
+    return putStrides( at, break_.units(), length );
 }
 
 template <typename UNIT> UNIT *Writer<UNIT>::qv___JsonEncodeString( UNIT *at, QV_STRING *string )
@@ -377,63 +420,100 @@ template <typename UNIT> UNIT *Writer<UNIT>::qv___JsonEncodeString( UNIT *at, QV
     return put( at, '"' );
 }
 
-template <typename UNIT> UNIT *Writer<UNIT>::putName( UNIT *at, QV_STRING *name )
+template <typename UNIT>
+[[gnu::noinline]] UNIT *Writer<UNIT>::putNewName( UNIT *at, Name *name, QV_STRING *string )
 {
     at = text.reserve( at, smallRoom + QV___STRING_INLINE );
-    if ( UNIT *behind = putPlainName( at + 1, name ) )
+    UNIT *behind = putPlainName( at + 1, string );
+    if ( behind )
     {
         *at = '"';
-        return put( behind, '"' );
+        behind = put( behind, '"' );
     }
-    return text.reserve( qv___JsonEncodeString( at, name ), smallRoom );
+    else
+    {
+        QV_INT begin = text.lengthTo( at );
+        behind = text.reserve( qv___JsonEncodeString( at, string ), smallRoom );
+        at = behind - ( text.lengthTo( behind ) - begin );
+    }
+    behind = put( behind, ':' );
+    if ( !layout_.packed )
+        behind = put( behind, ' ' );
+    QV_INT length = behind - at;
+    if ( length <= longestName )
+    {
+        name->string = string;
+        name->length = length;
+        std::memcpy( name->units, at, static_cast<size_t>( length ) * sizeof( UNIT ) );
+    }
+    return text.reserve( behind, smallRoom );
+}
+
+template <typename UNIT> UNIT *Writer<UNIT>::putName( UNIT *at, QV_STRING *string )
+{
+    Name *name = &names_[reinterpret_cast<uintptr_t>( string ) / 128 % nameCount];
+    return name->string == string ? putStrides( at, name->units, name->length )
+                                  : putNewName( at, name, string );
 }
 
 // The text of a number or string in a value's tail.
-template <typename UNIT> UNIT *Writer<UNIT>::putText( UNIT *at, QV_JSON_VALUE *val )
+template <typename UNIT> UNIT *Writer<UNIT>::putTail( UNIT *at, QV_JSON_VALUE *val )
 {
     QV_INT length = val->tailLength;
-    at = text.reserve( at, length * widest + smallRoom );
-    if ( val->type == QV_JSON_TYPE_NUMBER )
-        return putWords( at, qv::jsonTail( val ), length );
-    at = put( at, '"' );
-    at = putEscaped( at, qv::jsonTail( val ), length );
-    return put( at, '"' );
+    bool isString = val->type == QV_JSON_TYPE_STRING;
+    *at = '"';
+    at += isString;
+    if ( length <= QV___JSON_TAIL_MIN && putShortTail( at, qv::jsonTail( val ) ) )
+        at += length;
+    else
+        at = putEscaped( text.reserve( at, length * widest + smallRoom ), qv::jsonTail( val ), length );
+    *at = '"';
+    return at + isString;
 }
 
-// Writes a scalar or an empty object or array, or begins one with entries. There is room for what is short.
-template <typename UNIT> UNIT *Writer<UNIT>::qv___JsonEncodeValue( UNIT *at, QV_JSON_VALUE *val )
+template <typename UNIT> UNIT *Writer<UNIT>::putConstant( UNIT *at, QV_JSON_TYPE type )
 {
-    switch ( val->type )
+    switch ( type )
     {
     case QV_JSON_TYPE_NULL:
         return putLiteral( at, "null" );
     case QV_JSON_TYPE_FALSE:
         return putLiteral( at, "false" );
-    case QV_JSON_TYPE_TRUE:
-        return putLiteral( at, "true" );
-    case QV_JSON_TYPE_NUMBER:
-        if ( !val->isHeld )
-            return putText( at, val );
-        at = text.reserve( at, qv::stringLength( val->text ) * widest + smallRoom );
-        return putRun( at, qv::stringBacking( val->text ), qv::stringLength( val->text ) );
-    case QV_JSON_TYPE_STRING:
-        return val->isHeld ? qv___JsonEncodeString( at, val->text ) : putText( at, val );
     default:
-        return open( at, val );
+        return putLiteral( at, "true" );
     }
+}
+
+// The text of a number or string that a value holds as an object.
+template <typename UNIT> UNIT *Writer<UNIT>::putHeld( UNIT *at, QV_JSON_VALUE *val )
+{
+    if ( val->type == QV_JSON_TYPE_STRING )
+        return qv___JsonEncodeString( at, val->text );
+    at = text.reserve( at, qv::stringLength( val->text ) * widest + smallRoom );
+    return putRun( at, qv::stringBacking( val->text ), qv::stringLength( val->text ) );
+}
+
+// Writes a scalar or an empty object or array, or begins one with entries. There is room for what is short.
+template <typename UNIT> UNIT *Writer<UNIT>::qv___JsonEncodeValue( UNIT *at, QV_JSON_VALUE *val )
+{
+    if ( qv::jsonIsContainer( val ) )
+        return open( at, val );
+    if ( val->type < QV_JSON_TYPE_NUMBER )
+        return putConstant( at, val->type );
+    return val->isHeld ? putHeld( at, val ) : putTail( at, val );
 }
 
 template <typename UNIT> UNIT *Writer<UNIT>::open( UNIT *at, QV_JSON_VALUE *val )
 {
     bool isObject = val->type == QV_JSON_TYPE_OBJECT;
-    QV_INT length = qv::jsonLength( val );
+    Frame frame = frameOf( val );
     at = put( at, isObject ? '{' : '[' );
-    if ( length == 0 )
+    if ( frame.length == 0 )
         return put( at, isObject ? '}' : ']' );
-    frames_.push( { val, 0, length } );
+    frames_.push( frame );
     for ( QV_INT idx = 0; idx < fetchAhead; idx++ )
     {
-        fetchEntry( frames_.top(), idx );
+        fetchValue( frame, idx );
     }
     return at;
 }
@@ -441,7 +521,7 @@ template <typename UNIT> UNIT *Writer<UNIT>::open( UNIT *at, QV_JSON_VALUE *val 
 // Ends the innermost object or array.
 template <typename UNIT> UNIT *Writer<UNIT>::close( UNIT *at )
 {
-    bool isObject = frames_.pop().val->type == QV_JSON_TYPE_OBJECT;
+    bool isObject = frames_.pop().width == 2;
     at = qv___JsonEncodeNext( at, frames_.depth() );
     return put( at, isObject ? '}' : ']' );
 }
@@ -449,21 +529,17 @@ template <typename UNIT> UNIT *Writer<UNIT>::close( UNIT *at )
 // Writes the next member or element of the innermost object or array.
 template <typename UNIT> UNIT *Writer<UNIT>::putNextEntry( UNIT *at )
 {
-    Frame *frame = &frames_.top();
-    QV_INT idx = frame->next++;
-    fetchEntry( *frame, idx + fetchAhead );
-    fetchContent( *frame, idx + fetchContentAhead );
+    Frame &frame = frames_.top();
+    QV_INT idx = frame.next++;
+    fetchValue( frame, idx + fetchAhead );
+    fetchContent( frame, idx + fetchContentAhead );
+    fetchEntries( frame, idx + fetchEntriesAhead );
     at = text.reserve( at, smallRoom );
-    if ( idx > 0 )
-        at = put( at, ',' );
-    at = qv___JsonEncodeNext( at, frames_.depth() );
-    if ( frame->val->type == QV_JSON_TYPE_ARRAY )
-        return qv___JsonEncodeValue( at, qv::jsonItemAt( frame->val, idx ) );
-    at = putName( at, qv::jsonNameAt( frame->val, idx ) );
-    at = put( at, ':' );
-    if ( !layout_.packed )
-        at = put( at, ' ' );
-    return qv___JsonEncodeValue( at, qv::jsonMemberAt( frame->val, idx ) );
+    *at = ',';
+    at = qv___JsonEncodeNext( at + ( idx > 0 ), frames_.depth() );
+    if ( frame.width == 2 )
+        at = putName( at, frame.nameAt( idx ) );
+    return qv___JsonEncodeValue( at, frame.valueAt( idx ) );
 }
 
 template <typename UNIT> UNIT *Writer<UNIT>::write( QV_JSON_VALUE *root )

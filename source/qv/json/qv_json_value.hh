@@ -79,7 +79,8 @@ QV_JSON_VALUE *jsonCreate( QV_JSON_TYPE tp, QV_INT textLength = 0 );
 QV_JSON_VALUE *jsonCreateNumber( const QV_CHAR *chs, QV_INT length );
 QV_JSON_VALUE *jsonCreateNumber( const unsigned char *chs, QV_INT length );
 
-// Bytes that the tail has room for, a multiple of 8. Those behind a text's last one are 0 up to the next multiple.
+// Bytes that the tail has room for, a multiple of 8. Behind a text stand blanks, up to the next multiple of 8 and to the
+// shortest tail, so that it may be read in words.
 inline QV_INT jsonTailRoom( const QV_JSON_VALUE *val )
 {
     return val->dbgObjectSize - static_cast<QV_INT>( sizeof( QV_JSON_VALUE ) );
@@ -95,7 +96,9 @@ inline unsigned char *jsonTakeTail( QV_JSON_VALUE *val, QV_INT length )
 {
     unsigned char *tail = jsonTail( val );
     val->tailLength = static_cast<uint32_t>( length );
-    std::memset( tail + ( length & ~7 ), 0, length & 7 ? 8 : 0 );
+    std::memset( tail, ' ', QV___JSON_TAIL_MIN );
+    if ( length > QV___JSON_TAIL_MIN )
+        std::memset( tail + ( ( length - 1 ) & ~7 ), ' ', 8 );
     return tail;
 }
 

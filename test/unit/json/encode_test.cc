@@ -89,6 +89,22 @@ TEST( JsonEncode, Options )
                "\xEF\xBB\xBF{\"a\":[1,\"\xC3\xA9\"]}" );
 }
 
+// Names that come again and short texts that are all escapes, wherever the text has to grow.
+TEST( JsonEncode, RepeatedNamesAndEscapes )
+{
+    for ( size_t length = 35; length < 50; length++ )
+    {
+        std::string member = "{\"" + std::string( length, 'n' ) + "\":\"";
+        for ( int idx = 0; idx < 24; idx++ )
+            member += "\\u0001";
+        std::string content = "[" + member + "\"}";
+        for ( int idx = 0; idx < 60; idx++ )
+            content += "," + member + "\"}";
+        content += "]";
+        EXPECT_EQ( encode( json( content ), packedLine ), content );
+    }
+}
+
 TEST( JsonEncode, RandomRoundTrips )
 {
     RandomJson random( 3 );
