@@ -219,7 +219,7 @@ QV_IDENTIFIER *qvProcessIdentifier( QV_PROCESS *process )
 void qvProcessSchedule( QV_PROCESS *process )
 {
     QV_CHECK( process );
-    qv::prefetchProcess( &process->intListItem );
+    qv::fetchProcess( &process->intListItem );
     Steps steps( process );
     qv::processSchedule( &process->flags, steps );
 }

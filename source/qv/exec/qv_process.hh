@@ -7,6 +7,7 @@
 #include <qv/exec/qv_process_protocol.hh>
 #include <qv/runtime/qv_local.hh>
 #include <qv/sys/qv_atomic_bool.hh>
+#include <qv/sys/qv_fetch.hh>
 
 // The prefixes say who may touch a field: fix is set at creation and never changes, ext is atomic and open to any thread,
 // int belongs to the thread that runs the process, stat is guarded by statLock. Invariant: intListItem is in a list only
@@ -57,21 +58,21 @@ namespace qv
 
 // Asks for what a request or a run of the process of an item touches: the count of references before the item, and the
 // function and the closure behind it.
-inline void prefetchProcess( const qv___ExecListItem *item )
+inline void fetchProcess( const qv___ExecListItem *item )
 {
     auto place = reinterpret_cast<const char *>( item );
-    __builtin_prefetch( place - 64, 1 );
-    __builtin_prefetch( place, 1 );
-    __builtin_prefetch( place + 56, 1 );
+    fetchToWrite( place - 64 );
+    fetchToWrite( place );
+    fetchToWrite( place + 56 );
 }
 
 // The same ahead of time, for an item and the ones behind it, while the one before it runs.
-inline void prefetchFrom( const qv___ExecListItem *item )
+inline void fetchFrom( const qv___ExecListItem *item )
 {
     if ( item )
     {
-        prefetchProcess( item );
-        __builtin_prefetch( item->next, 1 );
+        fetchProcess( item );
+        fetchToWrite( item->next );
     }
 }
 

@@ -184,7 +184,7 @@ void takeBatch( QV___PROCESS_THREAD *thread, qv___ExecList *batch, Spinner *spin
 void takeNext( qv___ExecList *queue, qv___ExecList *batch )
 {
     qv___ExecListAppendItem( queue, qv___ExecListRemoveFirstItem( batch ) );
-    qv::prefetchFrom( batch->first );
+    qv::fetchFrom( batch->first );
 }
 
 // The thread's own queue goes first and in order, then the batch, and only when both are empty what has arrived since. The
@@ -197,7 +197,7 @@ void runLoop( QV___PROCESS_THREAD *thread, qv___ExecList *batch )
     {
         if ( queue->first )
         {
-            qv::prefetchFrom( queue->first->next );
+            qv::fetchFrom( queue->first->next );
             qv___ProcessExecute( queue->first->owner );
         }
         else if ( batch->first )
