@@ -56,8 +56,9 @@ inline QV_BOOL qv___ProcessInProcess()
 namespace qv
 {
 
-// Asks for what a request or a run of the process of an item touches: the count of references before the item, and the
-// function and the closure behind it.
+// Asks for what a request or a run of the process of an item touches: the item, and the lines beside it, with the count of
+// references before it and the function and the closure behind. Told from the item's address, since its owner would have to
+// be fetched first.
 inline void fetchProcess( const qv___ExecListItem *item )
 {
     auto place = reinterpret_cast<const char *>( item );
